@@ -1,0 +1,17 @@
+# Finds OpenImageIO (CMake package) and OpenColorIO (pkg-config).
+#
+# Two traps of the Debian 12 packages are handled here:
+# - OpenColorIO's CMake package lives under /usr/share/cmake, which the default
+#   search does not reach, so it is found through OpenColorIO.pc instead;
+# - OpenImageIO's imported target lists /usr/include/opencv4 among its include
+#   directories whether or not OpenCV is installed; CMake refuses non-existent
+#   include directories at generate time, so they are filtered out.
+include(CMakeFindDependencyMacro)
+
+find_package(OpenImageIO 2.4 CONFIG REQUIRED)
+include(${CMAKE_CURRENT_LIST_DIR}/VerraFilterIncludes.cmake)
+verra_filter_missing_includes(OpenImageIO::OpenImageIO)
+verra_filter_missing_includes(OpenImageIO::OpenImageIO_Util)
+
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(OpenColorIO REQUIRED IMPORTED_TARGET OpenColorIO>=2.1)
