@@ -13,6 +13,9 @@
 #include <cstdint>
 
 namespace orv::verra_sdk::curves {
+// Internal linkage: each user compiles its own copy with its own flags, and
+// no other copy can stand in for the module's at link or load time.
+namespace {
 
 constexpr float kSrgbDecodeThreshold = 0.04045f;
 constexpr float kSrgbDecodeSlope = 0.07739938f;    // 1 / 12.92
@@ -95,4 +98,5 @@ inline float linearToRec709(float x)
     return x * kRec709EncodeSlope;
 }
 
+} // namespace
 } // namespace orv::verra_sdk::curves
