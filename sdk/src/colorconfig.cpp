@@ -3,6 +3,7 @@
 
 #include <verra_sdk/colorconfig.h>
 
+#include "rgba8_lookup.h"
 #include "transfer_curves.h"
 
 #include <orv/file.h>
@@ -78,23 +79,62 @@ inline OIIO::string_view viewOf(String const& text)
     return OIIO::string_view(chars, std::strlen(chars));
 }
 
-/// True when `text` equals the lower-case ASCII literal `lower` apart from
-/// case. Compares in place, so the single-colour path allocates nothing.
-bool equalsNoCase(String const& text, char const* lower)
+/// True when the two texts are equal apart from ASCII letter case, as
+/// String::compareNoCase; compares in place, so lookups allocate nothing.
+bool equalsNoCase(std::string_view a, std::string_view b) noexcept
 {
-    char const* chars = text.buf();
-    for (;; ++chars, ++lower) {
-        char c = *chars;
-        if (c >= 'A' && c <= 'Z') {
-            c = static_cast<char>(c - 'A' + 'a');
-        }
-        if (c != *lower) {
+    if (a.size() != b.size()) {
+        return false;
+    }
+    auto const lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (lower(a[i]) != lower(b[i])) {
             return false;
         }
-        if (c == '\0') {
-            return true;
-        }
     }
+    return true;
+}
+
+/// `text` without white space at either end, as String::trim(true, true).
+std::string_view trimmed(std::string_view text) noexcept
+{
+    auto const blank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+    while (!text.empty() && blank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && blank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+/// `color` with r, g and b each rounded to float, put through `curve` and
+/// widened back; alpha untouched.
+template <float (*curve)(float)>
+math::RgbaT<double> applyCurve(math::RgbaT<double> color) noexcept
+{
+    color.r = static_cast<double>(curve(static_cast<float>(color.r)));
+    color.g = static_cast<double>(curve(static_cast<float>(color.g)));
+    color.b = static_cast<double>(curve(static_cast<float>(color.b)));
+    return color;
+}
+
+/// The three names the single-colour transform converts by itself.
+enum class BuiltinName { Other, Linear, Srgb, Rec709 };
+
+BuiltinName builtinName(String const& name) noexcept
+{
+    std::string_view const text = name.view();
+    if (equalsNoCase(text, "linear")) {
+        return BuiltinName::Linear;
+    }
+    if (equalsNoCase(text, "srgb")) {
+        return BuiltinName::Srgb;
+    }
+    if (equalsNoCase(text, "rec709")) {
+        return BuiltinName::Rec709;
+    }
+    return BuiltinName::Other;
 }
 
 /// Fills `cache` from the configuration's names when it is empty: names in
@@ -166,12 +206,16 @@ StringVector ColorConfig::colorSpaces()
 String ColorConfig::findColorSpace(String name)
 {
     name = name.trim(true, true);
-    if (equalsNoCase(name, "linear")) {
+    std::string_view const wanted = name.view();
+    if (equalsNoCase(wanted, "linear")) {
         return String("linear", 0);
     }
-    StringVector const list = colorSpaces();
-    for (String const& entry : list) {
-        if (entry.trim(true, true).compareNoCase(name) == 0) {
+    if (s_colorSpaces.empty()) {
+        colorSpaces();
+    }
+    // The cache itself, read in place: no list copy and no String per entry.
+    for (String const& entry : s_colorSpaces) {
+        if (equalsNoCase(trimmed(entry.view()), wanted)) {
             return entry;
         }
     }
@@ -383,13 +427,19 @@ String ColorConfig::parseColorSpace(String fileName, bool fallback)
 {
     initOcio();
 
-    // OpenColorIO's file rules of its own current configuration.
-    OCIO::ConstConfigRcPtr const current = OCIO::GetCurrentConfig();
-    if (current) {
-        String const byRules(current->getColorSpaceFromFilepath(fileName.buf()), 0);
-        if (!byRules.isEmpty() && byRules != "default") {
-            return byRules;
+    // OpenColorIO's file rules of its own current configuration. OpenColorIO
+    // reads $OCIO for it and throws at every call while that file is missing
+    // or unreadable; such a configuration has no rules to offer, so the
+    // guess goes on with the name search instead of failing.
+    try {
+        OCIO::ConstConfigRcPtr const current = OCIO::GetCurrentConfig();
+        if (current) {
+            String const byRules(current->getColorSpaceFromFilepath(fileName.buf()), 0);
+            if (!byRules.isEmpty() && byRules != "default") {
+                return byRules;
+            }
         }
+    } catch (OCIO::Exception const&) {
     }
 
     // A colour-space name of the shared configuration inside the text.
@@ -417,25 +467,24 @@ math::RgbaT<double> ColorConfig::transform(math::RgbaT<double> color, String fro
     if (from.compareNoCase(to) == 0) {
         return color;
     }
-    float (*curve)(float) = nullptr;
-    if (equalsNoCase(to, "linear")) {
-        if (equalsNoCase(from, "srgb")) {
-            curve = curves::srgbToLinear;
-        } else if (equalsNoCase(from, "rec709")) {
-            curve = curves::rec709ToLinear;
+    // "linear" to or from "srgb" or "rec709": the module's own curves. Any
+    // other pair, "srgb" to "rec709" included, goes through a processor.
+    BuiltinName const source = builtinName(from);
+    BuiltinName const target = builtinName(to);
+    if (target == BuiltinName::Linear) {
+        if (source == BuiltinName::Srgb) {
+            return applyCurve<curves::srgbToLinear>(color);
         }
-    } else if (equalsNoCase(from, "linear")) {
-        if (equalsNoCase(to, "srgb")) {
-            curve = curves::linearToSrgb;
-        } else if (equalsNoCase(to, "rec709")) {
-            curve = curves::linearToRec709;
+        if (source == BuiltinName::Rec709) {
+            return applyCurve<curves::rec709ToLinear>(color);
         }
-    }
-    if (curve != nullptr) {
-        color.r = static_cast<double>(curve(static_cast<float>(color.r)));
-        color.g = static_cast<double>(curve(static_cast<float>(color.g)));
-        color.b = static_cast<double>(curve(static_cast<float>(color.b)));
-        return color;
+    } else if (source == BuiltinName::Linear) {
+        if (target == BuiltinName::Srgb) {
+            return applyCurve<curves::linearToSrgb>(color);
+        }
+        if (target == BuiltinName::Rec709) {
+            return applyCurve<curves::linearToRec709>(color);
+        }
     }
 
     OIIO::ColorProcessorHandle const processor =
@@ -475,10 +524,12 @@ OIIO::ImageBuf wrap(void const* pixels, std::uint32_t width, std::uint32_t heigh
                           OIIO::AutoStride);
 }
 
-/// Converts `source` into `destination` over `roi` with a processor from
-/// `from` to `to` of the shared configuration, logging the failures.
-bool convert(OIIO::ImageBuf& destination, OIIO::ImageBuf const& source, String const& from, String const& to,
-             OIIO::ROI roi)
+/// The conversion pattern of images and buffers: the processor from `from`
+/// to `to` of the shared configuration, or one error line and false when
+/// there is none; `run(processor)` converts and gives the result; then the
+/// destination's pending error text, if any, is logged without changing it.
+template <class Run>
+bool convert(OIIO::ImageBuf& destination, String const& from, String const& to, Run run)
 {
     bool result = false;
     {
@@ -487,7 +538,7 @@ bool convert(OIIO::ImageBuf& destination, OIIO::ImageBuf const& source, String c
         if (!processor) {
             logError("Cannot convert from '%s' to '%s'.", from.buf(), to.buf());
         } else {
-            result = OIIO::ImageBufAlgo::colorconvert(destination, source, processor.get(), false, roi, 0);
+            result = run(*processor);
         }
     }
     std::string const error = destination.geterror(true);
@@ -495,6 +546,14 @@ bool convert(OIIO::ImageBuf& destination, OIIO::ImageBuf const& source, String c
         logError("Conversion from '%s' to '%s' failed: %s", from.buf(), to.buf(), error.c_str());
     }
     return result;
+}
+
+/// colorconvert from `source` into `destination` over `roi`.
+auto colorconvertOver(OIIO::ImageBuf& destination, OIIO::ImageBuf const& source, OIIO::ROI roi)
+{
+    return [&destination, &source, roi](OIIO::ColorProcessor const& processor) {
+        return OIIO::ImageBufAlgo::colorconvert(destination, source, &processor, false, roi, 0);
+    };
 }
 
 /// The one implementation behind the three image operations.
@@ -514,7 +573,25 @@ bool transformRgba8(Image image, String from, String to)
     }
     OIIO::ImageSpec const spec(image.width(), image.height(), 4, OIIO::TypeDesc::UINT8);
     OIIO::ImageBuf buffer(spec, image.rgba8(), OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride);
-    return convert(buffer, buffer, from, to, OIIO::ROI());
+    std::size_t const width = static_cast<std::size_t>(image.width() > 0 ? image.width() : 0);
+    std::size_t const height = static_cast<std::size_t>(image.height() > 0 ? image.height() : 0);
+    std::size_t const count = width * height;
+    return convert(buffer, from, to, [&](OIIO::ColorProcessor const& processor) {
+        // OpenImageIO 2.4.7's colorconvert dies on an image of width 0 and
+        // non-zero height. Without pixels there is nothing to convert, and
+        // the result is what colorconvert gives for a height of 0: true.
+        if (count == 0) {
+            return true;
+        }
+        // Where the conversion is a table per channel, the tables (taken from
+        // colorconvert itself) give its bytes several times faster.
+        detail::Rgba8Lookup lookup;
+        if (count >= detail::Rgba8Lookup::kMinPixels && lookup.build(processor)) {
+            lookup.apply(image.rgba8(), count);
+            return true;
+        }
+        return colorconvertOver(buffer, buffer, OIIO::ROI())(processor);
+    });
 }
 
 template <class T>
@@ -561,7 +638,7 @@ bool colorConfigGenerateRgba8(verra::Vector2d<verra::float3, true> const& source
         // read a fourth float per pixel from the three-channel source, past
         // the end of the caller's buffer at the last pixel. Alpha is set below.
         OIIO::ROI const colour(0, static_cast<int>(source.width), 0, static_cast<int>(source.height), 0, 1, 0, 3);
-        result = convert(dst, src, String("linear", 0), to, colour);
+        result = convert(dst, String("linear", 0), to, colorconvertOver(dst, src, colour));
     }
     verra::Rgba8* pixels = destination.data;
     for (std::uint32_t y = 0; y < destination.height; ++y) {
@@ -584,7 +661,7 @@ bool colorConfigTransformRgb(verra::Vector2d<verra::float3, true> const& source,
     }
     OIIO::ImageBuf const src = wrap(source.data, source.width, source.height, 3, OIIO::TypeDesc::FLOAT);
     OIIO::ImageBuf dst = wrap(destination.data, source.width, source.height, 3, OIIO::TypeDesc::FLOAT);
-    return convert(dst, src, String("linear", 0), to, OIIO::ROI::All());
+    return convert(dst, String("linear", 0), to, colorconvertOver(dst, src, OIIO::ROI::All()));
 }
 
 bool colorConfigTransformRgb(verra::Vector2d<verra::float4, true>& pixels, String to)
@@ -596,7 +673,7 @@ bool colorConfigTransformRgb(verra::Vector2d<verra::float4, true>& pixels, Strin
         to = "sRGB";
     }
     OIIO::ImageBuf buffer = wrap(pixels.data, pixels.width, pixels.height, 4, OIIO::TypeDesc::FLOAT);
-    return convert(buffer, buffer, String("linear", 0), to, OIIO::ROI::All());
+    return convert(buffer, String("linear", 0), to, colorconvertOver(buffer, buffer, OIIO::ROI::All()));
 }
 
 } // namespace orv::verra_sdk

@@ -1,5 +1,5 @@
-// colorConfigGenerateRgba8 and both colorConfigTransformRgb overloads
-// (Part 4.3): the failure rows with their exact messages or their silence,
+// colorConfigGenerateRgba8 and both colorConfigTransformRgb overloads:
+// the failure rows with their exact messages or their silence,
 // the destination's storage, the alpha fill, results equal to OpenImageIO's
 // colorconvert on copies, and no access outside the caller's memory (guard
 // pages).

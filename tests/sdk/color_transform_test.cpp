@@ -1,5 +1,5 @@
 // ColorConfig::transform, colorSpaceToLinear and linearToColorSpace on one
-// colour (Part 4.1): the numeric examples, names without case, the alpha
+// colour: the numeric examples, names without case, the alpha
 // channel bit for bit on every path, and the processor path.
 
 #include "conversion_test_support.h"

@@ -1,5 +1,5 @@
 // ColorConfig::transform, colorSpaceToLinear and linearToColorSpace on an
-// RGBA8 image (Part 4.2). Converted pixels are compared with what
+// RGBA8 image. Converted pixels are compared with what
 // OpenImageIO's colorconvert gives on a copy of the same bytes with the same
 // processor: OpenImageIO's processors without a config file use fast
 // approximations, so the module's own curves are not the reference here.

@@ -1,4 +1,4 @@
-// ColorConfig::parseColorSpace (Part 3.4): OpenColorIO's file rules of its
+// ColorConfig::parseColorSpace: OpenColorIO's file rules of its
 // current configuration (read from $OCIO once per process), then the name
 // search of the shared configuration, then the extension guess.
 
@@ -157,9 +157,9 @@ TEST_F(ParseColorSpaceWithRules, RulesComeFromOpenColorIOsCurrentConfig)
 
 /// $OCIO names a file that OpenColorIO cannot read: GetCurrentConfig throws
 /// OCIO::Exception on every call (a failed read is not cached), and
-/// parseColorSpace lets it through (Part 3.4 catches nothing). The shared
-/// OpenImageIO configuration falls back to its built-in spaces, so the
-/// conversions keep working.
+/// parseColorSpace treats that as a configuration without file rules. The
+/// shared OpenImageIO configuration falls back to its built-in spaces, so
+/// the conversions keep working.
 class ParseColorSpaceWithBrokenOcio : public verra_test::ConversionTest {
 protected:
     void SetUp() override

@@ -1,4 +1,4 @@
-// The built-in transfer curves (Part 4.1), compared bit for bit with an
+// The built-in transfer curves, compared bit for bit with an
 // independent computation over a dense sweep of single-precision inputs, both
 // in the internal header and through the module's compiled code.
 
@@ -34,7 +34,7 @@ using verra_test::floatFromBits;
 using verra_test::ulpDistance;
 namespace curves = orv::verra_sdk::curves;
 
-// The constants of Part 4.1, built from their bit patterns.
+// The curves' constants, built from their bit patterns.
 float const kSrgbDecodeThreshold = floatFromBits(0x3D25AEE6u); // 0.04045
 float const kRec709DecodeThreshold = floatFromBits(0x3DA5E354u); // 0.081
 float const kSrgbEncodeThreshold = floatFromBits(0x3B4D2E1Cu); // 0.0031308
@@ -62,7 +62,7 @@ float add(float a, float b) { return static_cast<float>(static_cast<double>(a) +
 float sub(float a, float b) { return static_cast<float>(static_cast<double>(a) - static_cast<double>(b)); }
 float mul(float a, float b) { return static_cast<float>(static_cast<double>(a) * static_cast<double>(b)); }
 
-/// One curve of the table of Part 4.1, written from the table.
+/// One curve, written independently from its definition.
 struct Curve {
     char const* name;
     float (*module)(float); // the header's function

@@ -41,8 +41,11 @@ public:
     /// holding one; the path written in "ocio.txt" in the user's product
     /// directory; the `OCIO` variable; else the built-in colour spaces. Resets
     /// the shared configuration to the winner, refills every cache, and
-    /// returns a one-line report (never empty) of what it chose. Logs nothing
-    /// itself; a file that OpenImageIO refuses is logged by the reset.
+    /// returns a one-line report (never empty) of what it chose; the report
+    /// names the chosen file even when OpenImageIO then refuses it. The only
+    /// log line is "OIIO failed to reset OCIO: %s", when a refusal leaves
+    /// OpenImageIO's global error text set (the reason itself stays in
+    /// `colorConfig().geterror()`).
     static String loadOcioConfig(String path);
 
     /// "linear", "sRGB", "Rec709", then the configuration's colour spaces in
