@@ -1,0 +1,42 @@
+#pragma once
+// A snapshot of the module's catalogue, taken once for printing.
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace colorconfig {
+
+/// What `info` shows, copied out of the module's lists into plain strings.
+struct Catalogue {
+    /// The report of `ColorConfig::loadOcioConfig`.
+    std::string report;
+    /// `ColorConfig::colorSpaces()`.
+    std::vector<std::string> colorSpaces;
+    /// `defaultDisplay()`; empty when the config has none.
+    std::string defaultDisplay;
+    /// `defaultView()`; empty when the config has none.
+    std::string defaultView;
+    /// Each display of `displays()`, in order, with its views from `views()`
+    /// (an empty list for a display without views).
+    std::vector<std::pair<std::string, std::vector<std::string>>> displays;
+    /// `looks()`.
+    std::vector<std::string> looks;
+    /// `roles()`: the role names.
+    std::vector<std::string> roles;
+};
+
+/// Reads the catalogue of the configuration now loaded; `report` is stored
+/// as it is.
+Catalogue readCatalogue(std::string report);
+
+/// The catalogue as text for people, lines of at most 79 columns (a single
+/// name longer than that keeps a line of its own).
+std::string catalogueText(Catalogue const& catalogue);
+
+/// The catalogue as a JSON object with the members "report", "colorSpaces",
+/// "defaultDisplay", "defaultView", "displays" (objects of "name" and
+/// "views"), "looks" and "roles".
+std::string catalogueJson(Catalogue const& catalogue);
+
+} // namespace colorconfig

@@ -1,0 +1,24 @@
+#pragma once
+// Suggestions for a name that was not found.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace colorconfig {
+
+/// Up to `limit` entries of `candidates` that resemble `query`, fewest edits
+/// first (ties keep the order of `candidates`). Letter case and blanks
+/// around the names are ignored. An entry resembles the query when one
+/// contains the other, or when it is a few edits away: at most a third of
+/// the query's length, and always at least two. Empty when nothing
+/// resembles it.
+std::vector<std::string> closestNames(std::string_view query, std::vector<std::string> const& candidates,
+                                      std::size_t limit);
+
+/// The number of single-byte insertions, deletions and substitutions that
+/// turn `a` into `b` (Levenshtein distance), comparing bytes exactly.
+std::size_t editDistance(std::string_view a, std::string_view b);
+
+} // namespace colorconfig

@@ -1,0 +1,77 @@
+// The `color` subcommand.
+
+#include "color_names.h"
+#include "commands.h"
+#include "console.h"
+#include "help.h"
+
+#include <verra_sdk/colorconfig.h>
+
+#include <cstdio>
+
+namespace colorconfig {
+
+namespace {
+
+namespace sdk = orv::verra_sdk;
+
+bool sameName(orv::String const& a, char const* b) { return a.compareNoCase(orv::String(b)) == 0; }
+
+/// True when `ColorConfig::transform` can convert from `from` to `to`. The
+/// transform returns an impossible conversion unchanged and silently, so the
+/// program asks first: equal names and the module's built-in pairs ("linear"
+/// with "sRGB" or "Rec709", as its interface documents) need nothing; any
+/// other pair needs a processor of the shared configuration.
+bool canConvert(orv::String const& from, orv::String const& to)
+{
+    if (from.compareNoCase(to) == 0) {
+        return true;
+    }
+    bool const curveSpace = sameName(from, "srgb") || sameName(from, "rec709") || sameName(to, "srgb") ||
+                            sameName(to, "rec709");
+    if (curveSpace && (sameName(from, "linear") || sameName(to, "linear"))) {
+        return true;
+    }
+    return sdk::colorConfig().createColorProcessor(from.view(), to.view(), "", "") != nullptr;
+}
+
+std::string formatNumber(double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.17g", value);
+    return text;
+}
+
+} // namespace
+
+ExitCode runColor(Context const& context)
+{
+    std::vector<std::string> const& words = context.args.positionals();
+    double channels[4] = {0.0, 0.0, 0.0, 1.0};
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (!parseNumber(words[i], channels[i])) {
+            console::error("'%s' is not a finite number", words[i].c_str());
+            console::errorText(usageHint(findCommand("color")));
+            return ExitCode::Usage;
+        }
+    }
+    orv::String const from = resolveColorSpace(context.args.value("--from"));
+    orv::String const to = resolveColorSpace(context.args.value("--to"));
+    if (from.isEmpty() || to.isEmpty()) {
+        return ExitCode::Failure;
+    }
+    if (!canConvert(from, to)) {
+        console::error("cannot convert from '%s' to '%s' with this config", from.buf(), to.buf());
+        return ExitCode::Failure;
+    }
+    orv::math::RgbaT<double> const converted =
+        sdk::ColorConfig::transform({channels[0], channels[1], channels[2], channels[3]}, from, to);
+    std::string line = formatNumber(converted.r) + " " + formatNumber(converted.g) + " " + formatNumber(converted.b);
+    if (words.size() == 4) {
+        line += " " + formatNumber(converted.a);
+    }
+    console::out(line);
+    return ExitCode::Success;
+}
+
+} // namespace colorconfig

@@ -1,0 +1,126 @@
+// The `convert` subcommand.
+
+#include "color_names.h"
+#include "commands.h"
+#include "console.h"
+#include "convert_raster.h"
+#include "help.h"
+#include "raster.h"
+
+#include <filesystem>
+#include <set>
+
+namespace colorconfig {
+
+namespace {
+
+namespace stdfs = std::filesystem;
+
+/// One input file and where its result goes.
+struct Job {
+    std::string input;
+    std::string output;
+};
+
+/// The jobs of `convert IN OUT` or `convert --out-dir DIR IN...`; false after
+/// a message when the command line does not name them properly.
+bool planJobs(ParsedArgs const& args, std::vector<Job>& jobs, ExitCode& failure)
+{
+    std::vector<std::string> const& words = args.positionals();
+    if (!args.has("--out-dir")) {
+        if (words.size() != 2) {
+            console::error("'convert' needs IN and OUT, or --out-dir DIR and one or more IN");
+            console::errorText(usageHint(findCommand("convert")));
+            failure = ExitCode::Usage;
+            return false;
+        }
+        jobs.push_back({words[0], words[1]});
+        return true;
+    }
+    std::string const folder = args.value("--out-dir");
+    std::error_code ignored;
+    if (!stdfs::is_directory(folder, ignored)) {
+        console::error("output folder '%s' does not exist or is not a folder", folder.c_str());
+        failure = ExitCode::Failure;
+        return false;
+    }
+    for (std::string const& input : words) {
+        jobs.push_back({input, (stdfs::path(folder) / stdfs::path(input).filename()).string()});
+    }
+    return true;
+}
+
+/// True when writing `job.output` would replace `job.input` itself.
+bool writesOverInput(Job const& job)
+{
+    std::error_code ignored;
+    return stdfs::equivalent(job.input, job.output, ignored);
+}
+
+bool convertOne(Job const& job, orv::String const& from, orv::String const& to, std::set<std::string>& written)
+{
+    if (writesOverInput(job)) {
+        console::error("'%s' would replace its own input; choose another output", job.output.c_str());
+        return false;
+    }
+    std::string const target = stdfs::path(job.output).lexically_normal().string();
+    if (written.count(target) != 0) {
+        console::error("'%s' was already written by an earlier input; '%s' is skipped", job.output.c_str(),
+                       job.input.c_str());
+        return false;
+    }
+    Raster raster;
+    std::string message;
+    if (!readRaster(job.input, ReadAs::BytesOrFloats, raster, message)) {
+        console::error("cannot read '%s': %s", job.input.c_str(), message.c_str());
+        return false;
+    }
+    if (raster.channels > 4) {
+        console::error("'%s' has %d channels; convert handles 1 to 4", job.input.c_str(), raster.channels);
+        return false;
+    }
+    if (!convertRaster(raster, from, to)) {
+        console::error("'%s' was not converted", job.input.c_str());
+        return false;
+    }
+    if (!writeRaster(job.output, std::string(), raster, message)) {
+        console::error("cannot write '%s': %s", job.output.c_str(), message.c_str());
+        return false;
+    }
+    written.insert(target);
+    return true;
+}
+
+} // namespace
+
+ExitCode runConvert(Context const& context)
+{
+    std::vector<Job> jobs;
+    ExitCode failure = ExitCode::Success;
+    if (!planJobs(context.args, jobs, failure)) {
+        return failure;
+    }
+    orv::String const from = resolveColorSpace(context.args.value("--from"));
+    orv::String const to = resolveColorSpace(context.args.value("--to"));
+    if (from.isEmpty() || to.isEmpty()) {
+        return ExitCode::Failure;
+    }
+    bool const showProgress = jobs.size() > 1;
+    std::set<std::string> written;
+    ExitCode code = ExitCode::Success;
+    for (std::size_t i = 0; i < jobs.size(); ++i) {
+        if (showProgress) {
+            console::status("[" + std::to_string(i + 1) + "/" + std::to_string(jobs.size()) + "] converting " +
+                            jobs[i].input);
+        }
+        if (convertOne(jobs[i], from, to, written)) {
+            console::out(jobs[i].input + " -> " + jobs[i].output);
+        } else {
+            code = ExitCode::Failure;
+        }
+    }
+    console::clearStatus();
+    return code;
+}
+
+} // namespace colorconfig

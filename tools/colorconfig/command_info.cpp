@@ -1,0 +1,18 @@
+// The `info` subcommand.
+
+#include "catalogue.h"
+#include "commands.h"
+
+#include <cstdio>
+
+namespace colorconfig {
+
+ExitCode runInfo(Context const& context)
+{
+    Catalogue const catalogue = readCatalogue(std::string(context.report.view()));
+    std::string const text = context.args.has("--json") ? catalogueJson(catalogue) : catalogueText(catalogue);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    return ExitCode::Success;
+}
+
+} // namespace colorconfig
