@@ -1,5 +1,7 @@
 #include <orv/log.h>
 
+#include "vformat.h"
+
 #include <cstdarg>
 #include <cstdio>
 #include <string>
@@ -37,19 +39,11 @@ void logError(char const* fmt, ...)
         std::string line;
         va_list args;
         va_start(args, fmt);
-        va_list measure;
-        va_copy(measure, args);
-        int const needed = std::vsnprintf(nullptr, 0, fmt, measure);
-        va_end(measure);
-        if (needed > 0) {
-            line.assign(static_cast<std::size_t>(needed), '\0');
-            if (std::vsnprintf(line.data(), line.size() + 1, fmt, args) != needed) {
-                line = fmt;
-            }
-        } else if (needed < 0) {
+        bool const formatted = detail::vformat(line, fmt, args);
+        va_end(args);
+        if (!formatted) {
             line = fmt; // an unusable format still leaves a trace in the log
         }
-        va_end(args);
 
         if (!line.empty() && line.back() == '\n') {
             line.pop_back();

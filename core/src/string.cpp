@@ -1,6 +1,7 @@
 #include <orv/string.h>
 
 #include "string_body.h"
+#include "vformat.h"
 
 #include <cctype>
 #include <cstdarg>
@@ -64,20 +65,12 @@ String String::format(char const* fmt, ...)
     if (!fmt) {
         return String();
     }
+    std::string text;
     va_list args;
     va_start(args, fmt);
-    va_list measure;
-    va_copy(measure, args);
-    int const needed = std::vsnprintf(nullptr, 0, fmt, measure);
-    va_end(measure);
-    if (needed <= 0) {
-        va_end(args);
-        return String();
-    }
-    std::string text(static_cast<std::size_t>(needed), '\0');
-    int const written = std::vsnprintf(text.data(), text.size() + 1, fmt, args);
+    bool const formatted = detail::vformat(text, fmt, args);
     va_end(args);
-    if (written != needed) {
+    if (!formatted) {
         return String();
     }
     return String(AdoptBody{}, detail::makeTextBody(std::move(text)));

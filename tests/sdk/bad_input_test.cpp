@@ -5,6 +5,7 @@
 
 #include "support/log_capture.h"
 #include "support/module_env.h"
+#include "support/names.h"
 
 #include <gtest/gtest.h>
 
@@ -18,16 +19,10 @@ using namespace orv::verra_sdk;
 
 namespace {
 
-using Names = std::vector<std::string>;
+using verra_test::Names;
+using verra_test::texts;
 
-Names texts(orv::StringVector const& list)
-{
-    Names out;
-    for (orv::String const& s : list) {
-        out.emplace_back(s.buf());
-    }
-    return out;
-}
+
 
 Names const kBuiltins{"linear", "sRGB", "Rec709"};
 

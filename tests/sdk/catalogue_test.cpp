@@ -3,6 +3,7 @@
 #include <verra_sdk/colorconfig.h>
 
 #include "support/module_env.h"
+#include "support/names.h"
 
 #include <gtest/gtest.h>
 
@@ -15,17 +16,11 @@ using namespace orv::verra_sdk;
 
 namespace {
 
-using Names = std::vector<std::string>;
+using verra_test::Names;
+using verra_test::texts;
+
 using ViewMap = std::map<std::string, Names>;
 
-Names texts(orv::StringVector const& list)
-{
-    Names out;
-    for (orv::String const& s : list) {
-        out.emplace_back(s.buf());
-    }
-    return out;
-}
 
 ViewMap asMap(orv::ds::HashMap<orv::String, orv::StringVector> const& map)
 {

@@ -4,6 +4,7 @@
 #include <verra_sdk/colorconfig.h>
 
 #include "support/module_env.h"
+#include "support/names.h"
 
 #include <gtest/gtest.h>
 
@@ -14,14 +15,9 @@ using namespace orv::verra_sdk;
 
 namespace {
 
-std::vector<std::string> texts(orv::StringVector const& list)
-{
-    std::vector<std::string> out;
-    for (orv::String const& s : list) {
-        out.emplace_back(s.buf());
-    }
-    return out;
-}
+using verra_test::Names;
+using verra_test::texts;
+
 
 std::vector<std::string> const kBuiltins{"linear", "sRGB", "Rec709"};
 

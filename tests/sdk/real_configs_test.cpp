@@ -5,6 +5,7 @@
 #include <verra_sdk/colorconfig.h>
 
 #include "support/module_env.h"
+#include "support/names.h"
 
 #include <gtest/gtest.h>
 
@@ -19,16 +20,10 @@ namespace stdfs = std::filesystem;
 
 namespace {
 
-using Names = std::vector<std::string>;
+using verra_test::Names;
+using verra_test::texts;
 
-Names texts(orv::StringVector const& list)
-{
-    Names out;
-    for (orv::String const& s : list) {
-        out.emplace_back(s.buf());
-    }
-    return out;
-}
+
 
 bool equalNoCase(std::string const& a, std::string const& b)
 {

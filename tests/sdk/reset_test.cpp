@@ -5,6 +5,7 @@
 
 #include "support/log_capture.h"
 #include "support/module_env.h"
+#include "support/names.h"
 
 #include <OpenImageIO/imageio.h>
 #include <gtest/gtest.h>
@@ -17,16 +18,10 @@ using namespace orv::verra_sdk;
 
 namespace {
 
-using Names = std::vector<std::string>;
+using verra_test::Names;
+using verra_test::texts;
 
-Names texts(orv::StringVector const& list)
-{
-    Names out;
-    for (orv::String const& s : list) {
-        out.emplace_back(s.buf());
-    }
-    return out;
-}
+
 
 Names keys(orv::ds::HashMap<orv::String, orv::StringVector> const& map)
 {
