@@ -49,9 +49,10 @@ TEST_F(BadInput, ConfigPathThatIsADirectory)
 
 TEST_F(BadInput, EmptyGarbageAndTooNewConfigFilesLeaveTheBuiltins)
 {
+    static char const kGarbage[] = "\x7f" "ELF\x02\x01\x01\0\0\0 {[: \xff\xfe";
     std::string const files[] = {
         env.dir().write("empty.ocio", ""),
-        env.dir().write("garbage.ocio", std::string("\x7f" "ELF\x02\x01\x01\0\0\0 {[: \xff\xfe", 20)),
+        env.dir().write("garbage.ocio", std::string(kGarbage, sizeof kGarbage - 1)),
         env.dir().write("new.ocio", "ocio_profile_version: 9.1\nroles: {default: raw}\ncolorspaces:\n"
                                     "  - !<ColorSpace> {name: raw}\n"),
     };
