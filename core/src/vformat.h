@@ -11,6 +11,9 @@ namespace orv::detail {
 /// Formats `fmt` with `args` into `out` (replacing its content), with no
 /// limit on the length. False when the format cannot be used; `out` is then
 /// empty. Consumes `args`. Throws `std::bad_alloc` when memory runs out.
+#if defined(__GNUC__)
+__attribute__((format(printf, 2, 0)))
+#endif
 inline bool vformat(std::string& out, char const* fmt, va_list args)
 {
     out.clear();
