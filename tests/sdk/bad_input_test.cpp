@@ -10,7 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -181,11 +183,17 @@ TEST_F(BadInput, DestinationThatCannotBeAllocatedLeavesItEmpty)
     GTEST_SKIP() << "the sanitizer's allocator aborts on exhaustion instead of throwing";
 #else
     // 65535 × 65537 pixels (16 GiB of RGBA8) under an address-space limit of
-    // 4 GiB: the allocation is attempted and fails.
+    // 2 GiB above what the process already maps: the allocation is attempted
+    // and fails.
     rlimit saved{};
     ASSERT_EQ(::getrlimit(RLIMIT_AS, &saved), 0);
+    unsigned long pages = 0;
+    std::FILE* statm = std::fopen("/proc/self/statm", "r");
+    ASSERT_NE(statm, nullptr);
+    ASSERT_EQ(std::fscanf(statm, "%lu", &pages), 1);
+    std::fclose(statm);
     rlimit limited = saved;
-    limited.rlim_cur = rlim_t{4} << 30;
+    limited.rlim_cur = static_cast<rlim_t>(pages) * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + (rlim_t{2} << 30);
     ASSERT_EQ(::setrlimit(RLIMIT_AS, &limited), 0);
     orv::verra::Vector2d<orv::verra::float3, true> source;
     source.width = 65535;
