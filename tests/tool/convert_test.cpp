@@ -56,6 +56,23 @@ verra::Vector2d<verra::float3, true> float3Pixels(std::vector<float> const& floa
     return pixels;
 }
 
+/// Expects `out` (three float channels) to hold what colorConfigTransformRgb
+/// gives from "linear" to `to` for the input's floats (`channels` per pixel,
+/// grey spread to RGB), on the built-in configuration.
+void expectBufferTransform(ImageFile const& out, std::vector<float> const& in, int channels, char const* to)
+{
+    sdk::ColorConfig::loadOcioConfig("");
+    verra::Vector2d<verra::float3, true> const source = float3Pixels(in, channels);
+    verra::Vector2d<verra::float3, true> expected;
+    expected.allocate(kWidth, kHeight);
+    ASSERT_TRUE(sdk::colorConfigTransformRgb(source, expected, to));
+    for (std::uint32_t i = 0; i < expected.count; ++i) {
+        ASSERT_EQ(out.floats[3 * i + 0], expected.data[i].r) << "pixel " << i;
+        ASSERT_EQ(out.floats[3 * i + 1], expected.data[i].g) << "pixel " << i;
+        ASSERT_EQ(out.floats[3 * i + 2], expected.data[i].b) << "pixel " << i;
+    }
+}
+
 class ToolConvertPixels : public ToolTest {
 protected:
     /// Runs convert from `from` to `to` on `input` into `output` and expects
@@ -143,17 +160,7 @@ TEST_F(ToolConvertPixels, FloatRgbOutOfLinearMatchesTheBufferTransform)
     EXPECT_EQ(out.format, "openexr");
     EXPECT_EQ(out.type, OIIO::TypeDesc::FLOAT);
     ASSERT_EQ(out.channels, 3);
-
-    sdk::ColorConfig::loadOcioConfig("");
-    verra::Vector2d<verra::float3, true> const source = float3Pixels(in.floats, 3);
-    verra::Vector2d<verra::float3, true> expected;
-    expected.allocate(kWidth, kHeight);
-    ASSERT_TRUE(sdk::colorConfigTransformRgb(source, expected, "sRGB"));
-    for (std::uint32_t i = 0; i < expected.count; ++i) {
-        ASSERT_EQ(out.floats[3 * i + 0], expected.data[i].r) << "pixel " << i;
-        ASSERT_EQ(out.floats[3 * i + 1], expected.data[i].g) << "pixel " << i;
-        ASSERT_EQ(out.floats[3 * i + 2], expected.data[i].b) << "pixel " << i;
-    }
+    expectBufferTransform(out, in.floats, 3, "sRGB");
     EXPECT_NE(out.floats, in.floats);
 }
 
@@ -182,16 +189,7 @@ TEST_F(ToolConvertPixels, FloatGreyOutOfLinearIsExpandedToRgb)
     ImageFile const in = readImageFile(file("grey.exr"));
     ImageFile const out = convert(file("grey.exr"), file("out.exr"), "linear", "sRGB");
     ASSERT_EQ(out.channels, 3);
-    sdk::ColorConfig::loadOcioConfig("");
-    verra::Vector2d<verra::float3, true> const source = float3Pixels(in.floats, 1);
-    verra::Vector2d<verra::float3, true> expected;
-    expected.allocate(kWidth, kHeight);
-    ASSERT_TRUE(sdk::colorConfigTransformRgb(source, expected, "sRGB"));
-    for (std::uint32_t i = 0; i < expected.count; ++i) {
-        ASSERT_EQ(out.floats[3 * i + 0], expected.data[i].r) << "pixel " << i;
-        ASSERT_EQ(out.floats[3 * i + 1], expected.data[i].g) << "pixel " << i;
-        ASSERT_EQ(out.floats[3 * i + 2], expected.data[i].b) << "pixel " << i;
-    }
+    expectBufferTransform(out, in.floats, 1, "sRGB");
 }
 
 TEST_F(ToolConvertPixels, OtherFloatConversionsUseTheSharedConfig)
