@@ -1,6 +1,12 @@
 # Finds OpenImageIO (CMake package) and OpenColorIO (pkg-config).
 #
-# Two traps of the Debian 12 packages are handled here:
+# Three traps of the Debian 12 packages are handled here:
+# - OpenImageIO's CMake package (in libopenimageio-dev) declares imported
+#   targets for its command-line programs and refuses to load unless those
+#   programs exist, but they ship in openimageio-tools. .ci/setup-debian
+#   installs that package rather than finding OpenImageIO some other way: a
+#   host that links our installed package runs the same find_package and would
+#   hit the same wall, and the tests compare our output with oiiotool's;
 # - OpenColorIO's CMake package lives under /usr/share/cmake, which the default
 #   search does not reach, so it is found through OpenColorIO.pc instead;
 # - OpenImageIO's imported target lists /usr/include/opencv4 among its include

@@ -117,7 +117,7 @@ int asInt(std::uint32_t value) { return static_cast<int>(value); }
 
 /// The reference for colorConfigGenerateRgba8's colour bytes: colorconvert
 /// from "linear" to `to` of a copy of the float RGB source into a separate
-/// 3-channel UINT8 destination over the whole region. That is the Part's
+/// 3-channel UINT8 destination over the whole region. That is the module's
 /// conversion (OpenImageIO's own float-to-UINT8 conversion, no curve or
 /// quantisation of the module's) minus the fourth channel, which the module
 /// overwrites with 255 anyway and which OpenImageIO 2.4.7 would fill from

@@ -50,7 +50,7 @@ float powRounded(float base, float exponent)
     return static_cast<float>(std::pow(static_cast<double>(base), static_cast<double>(exponent)));
 }
 
-// Power-segment values of the Part's formulas with the power correctly
+// Power-segment values of the curves' formulas with the power correctly
 // rounded; the module's powf may differ from it by one unit.
 float srgbDecodePower(float x) { return powRounded(mul(add(x, 0.055f), 0.94786733f), 2.4f); }
 float rec709DecodePower(float x) { return powRounded(mul(add(x, 0.099f), 0.90991813f), 2.2222223f); }
@@ -58,7 +58,7 @@ float srgbEncodePowerPart(float x) { return powRounded(x, 0.41666666f); }
 float rec709EncodePowerPart(float x) { return powRounded(x, 0.45f); }
 
 /// A decoding result: a float, within one unit of the correctly rounded
-/// power, and near the Part's rounded figure.
+/// power, and near the published rounded figure.
 void expectDecoded(double got, float correctlyRounded, double approx)
 {
     EXPECT_TRUE(isFloat(got)) << got;
@@ -68,7 +68,7 @@ void expectDecoded(double got, float correctlyRounded, double approx)
 
 /// An encoding result: a float equal to powf's result (checked to be
 /// within one unit of the correctly rounded power) times the scale minus
-/// the offset, near the Part's rounded figure.
+/// the offset, near the published rounded figure.
 void expectEncoded(double got, float x, float exponent, float scale, float offset, double approx)
 {
     EXPECT_TRUE(isFloat(got)) << got;
@@ -211,7 +211,7 @@ TEST_F(ColorTransform, SrgbToRec709IsNotComputedByTheCurves)
 }
 
 /// What applying the shared configuration's processor directly gives, as
-/// the processor path of the Part prescribes (r, g, b rounded to float).
+/// the module's processor path does (r, g, b rounded to float).
 Color applyDirectly(Color in, char const* from, char const* to)
 {
     OIIO::ColorProcessorHandle const processor =
