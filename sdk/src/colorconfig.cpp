@@ -2,6 +2,7 @@
 // cached catalogue, configuration discovery and reset, and the conversions.
 
 #include <verra_sdk/colorconfig.h>
+#include <verra_sdk/color_route.h>
 
 #include "rgba8_lookup.h"
 #include "transfer_curves.h"
@@ -498,6 +499,36 @@ math::RgbaT<double> ColorConfig::transform(math::RgbaT<double> color, String fro
     color.g = static_cast<double>(rgb[1]);
     color.b = static_cast<double>(rgb[2]);
     return color;
+}
+
+ColorRoute colorRoute(String from, String to)
+{
+    if (from.compareNoCase(to) == 0) {
+        return ColorRoute::Same;
+    }
+    BuiltinName const source = builtinName(from);
+    BuiltinName const target = builtinName(to);
+    auto const hasCurve = [](BuiltinName name) { return name == BuiltinName::Srgb || name == BuiltinName::Rec709; };
+    if ((source == BuiltinName::Linear && hasCurve(target)) || (target == BuiltinName::Linear && hasCurve(source))) {
+        return ColorRoute::BuiltInCurve;
+    }
+    return sharedConfig().createColorProcessor(viewOf(from), viewOf(to), "", "") ? ColorRoute::Processor
+                                                                                 : ColorRoute::None;
+}
+
+char const* colorRouteName(ColorRoute route) noexcept
+{
+    switch (route) {
+    case ColorRoute::Same:
+        return "same";
+    case ColorRoute::BuiltInCurve:
+        return "built-in curve";
+    case ColorRoute::Processor:
+        return "processor";
+    case ColorRoute::None:
+        break;
+    }
+    return "none";
 }
 
 math::RgbaT<double> ColorConfig::colorSpaceToLinear(math::RgbaT<double> color, String from)

@@ -103,6 +103,27 @@ TEST_F(ToolColor, ConfigSpacesGoThroughTheModule)
     EXPECT_NE(expected, printed(0.5) + " " + printed(0.04) + " " + printed(0.9) + "\n");
 }
 
+TEST_F(ToolColor, VerboseTellsTheRoute)
+{
+    std::string const config = writeConfig(sampleConfig());
+    sdk::ColorConfig::loadOcioConfig(orv::String(config));
+    struct Case {
+        char const* from;
+        char const* to;
+        char const* route;
+    };
+    for (Case const& c : {Case{"linear", "SRGB", "built-in curve"}, Case{"Rec709", "linear", "built-in curve"},
+                          Case{"srgb_tex", "lin", "processor"}, Case{"lin", "LIN", "same"}}) {
+        ToolResult const result = run({"color", "-v", "--config", config, "--from", c.from, "--to", c.to, "1", "1", "1"});
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        std::vector<std::string> const lines = splitLines(result.err);
+        ASSERT_EQ(lines.size(), 2u) << result.err;
+        std::string const from = sdk::ColorConfig::findColorSpace(c.from).buf();
+        std::string const to = sdk::ColorConfig::findColorSpace(c.to).buf();
+        EXPECT_EQ(lines[1], "colorconfig: route from '" + from + "' to '" + to + "': " + c.route);
+    }
+}
+
 TEST_F(ToolColor, UnknownColourSpaceFails)
 {
     ToolResult const result = run({"color", "--from", "srgbb", "--to", "linear", "1", "1", "1"});

@@ -14,8 +14,12 @@ using ToolConfigChoice = ToolTest;
 std::string reportOf(ToolResult const& result)
 {
     std::vector<std::string> const lines = splitLines(result.out);
+    std::size_t i = 0;
+    while (i < lines.size() && lines[i] != "Config") {
+        ++i;
+    }
     std::string report;
-    for (std::size_t i = 1; i < lines.size() && !lines[i].empty(); ++i) {
+    for (++i; i < lines.size() && !lines[i].empty() && lines[i].rfind("  In use:", 0) != 0; ++i) {
         report += (report.empty() ? "" : " ") + lines[i].substr(2);
     }
     return report;
@@ -84,27 +88,58 @@ TEST_F(ToolConfigChoice, VerbosePrintsTheReportOnStandardError)
     EXPECT_EQ(builtIn.err, "colorconfig: No OCIO config found, will use built-in color spaces.\n");
 }
 
-TEST_F(ToolConfigChoice, ConfigThatIsNotFoundIsAWarning)
+TEST_F(ToolConfigChoice, ConfigThatIsNotFoundIsAnError)
 {
+    // Even with ocio.txt and $OCIO to fall back on: the config asked for is
+    // the one that counts.
     std::string const missing = file("missing.ocio");
+    std::string const other = writeConfig(sampleConfig());
+    std::string const txt = m_dir.write("config-home/verra/ocio.txt", other + "\n");
     ToolResult const result = run({"find", "srgb", "--config", missing});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out, "sRGB\n");
-    EXPECT_EQ(result.err,
-              "colorconfig: warning: '" + missing + "' env var not set, will use built-in color spaces.\n");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    std::string const error = "colorconfig: error: the config named by --config '" + missing +
+                              "' was not found; the module reports: Using OCIO config " + other + " according to " +
+                              txt + ".\n";
+    EXPECT_EQ(result.err, error);
+    ToolResult const info = run({"info", "--config", missing});
+    EXPECT_EQ(info.exitCode, 1);
+    EXPECT_EQ(info.err, error);
 }
 
 TEST_F(ToolConfigChoice, ConfigThatOpenImageIoRefusesIsAnError)
 {
     std::string const broken = m_dir.write("broken.ocio", "ocio_profile_version: 2.1\ncolorspaces: [\n");
     ToolResult const result = run({"info", "--config", broken});
-    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(reportOf(result), "Using specified OCIO config: " + broken);
+    EXPECT_TRUE(contains(result.out, "Errors\n  Error reading OCIO config"));
+    EXPECT_TRUE(contains(result.out, "In use: the built-in colour spaces only"));
     EXPECT_TRUE(contains(result.out, "Colour spaces (3)\n  linear  sRGB    Rec709\n"));
+    EXPECT_EQ(run({"find", "srgb", "--config", broken}).exitCode, 1);
     std::vector<std::string> const lines = splitLines(result.err);
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines[0].rfind("colorconfig: error: ", 0), 0u) << result.err;
     EXPECT_TRUE(contains(result.err, broken));
+}
+
+TEST_F(ToolConfigChoice, MissingLutFilesAreNamedOnEverySubcommand)
+{
+    std::string const config = m_dir.write(
+        "luts.ocio", "ocio_profile_version: 2.1\nsearch_path: luts\nroles:\n  default: raw\ncolorspaces:\n"
+                     "  - !<ColorSpace>\n    name: raw\n  - !<ColorSpace>\n    name: film\n"
+                     "    from_scene_reference: !<FileTransform> {src: gone.spi1d}\n");
+    std::string const error = "colorconfig: error: The specified file reference 'gone.spi1d' could not be located. "
+                              "The following attempts were made: '" + m_dir.path() + "/luts/gone.spi1d'.\n";
+    for (std::vector<std::string> const& args :
+         {std::vector<std::string>{"info"}, {"find", "raw"}, {"guess", "a.exr"}, {"color", "--from", "raw", "--to",
+                                                                                   "raw", "1", "1", "1"}}) {
+        std::vector<std::string> words = args;
+        words.insert(words.end(), {"--config", config});
+        ToolResult const result = run(words);
+        EXPECT_EQ(result.exitCode, 1) << args[0];
+        EXPECT_EQ(result.err, error) << args[0];
+    }
 }
 
 TEST_F(ToolConfigChoice, ModuleErrorLinesReachStandardError)
@@ -118,7 +153,7 @@ TEST_F(ToolConfigChoice, ModuleErrorLinesReachStandardError)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "colorconfig: error: Cannot convert from 'sRGB' to 'Rec709'.\n"
-                          "colorconfig: error: '" + input + "' was not converted\n");
+                          "colorconfig: error: '" + input + "' was not converted: the conversion failed\n");
 }
 
 } // namespace

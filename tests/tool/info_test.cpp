@@ -83,7 +83,8 @@ TEST_F(ToolInfo, BuiltInSpacesWithoutAnyConfig)
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(section(result.out, "Config"),
-              std::vector<std::string>{"  No OCIO config found, will use built-in color spaces."});
+              (std::vector<std::string>{"  No OCIO config found, will use built-in color spaces.",
+                                        "  In use: the built-in colour spaces only (linear, sRGB, Rec709)."}));
     EXPECT_EQ(section(result.out, "Colour spaces (3)"), std::vector<std::string>{"  linear  sRGB    Rec709"});
     EXPECT_TRUE(contains(result.out, "\nDefault display  (none)\nDefault view     (none)\n"));
     EXPECT_EQ(section(result.out, "Displays and their views (0)"), std::vector<std::string>{"  (none)"});
@@ -102,9 +103,11 @@ TEST_F(ToolInfo, BuiltInSpacesAsJson)
     for (auto const& [key, unused] : json.members) {
         keys.push_back(key);
     }
-    EXPECT_EQ(keys, (std::vector<std::string>{"report", "colorSpaces", "defaultDisplay", "defaultView", "displays",
-                                              "looks", "roles"}));
+    EXPECT_EQ(keys, (std::vector<std::string>{"report", "configFile", "errors", "colorSpaces", "defaultDisplay",
+                                              "defaultView", "displays", "looks", "roles"}));
     EXPECT_EQ(json.member("report")->text, "No OCIO config found, will use built-in color spaces.");
+    EXPECT_EQ(json.member("configFile")->text, "");
+    EXPECT_TRUE(json.member("errors")->items.empty());
     EXPECT_EQ(json.member("colorSpaces")->strings(), (std::vector<std::string>{"linear", "sRGB", "Rec709"}));
     EXPECT_EQ(json.member("defaultDisplay")->text, "");
     EXPECT_EQ(json.member("defaultView")->text, "");

@@ -115,15 +115,6 @@ TEST_F(ToolPreview, ConfigSpaceThroughTheModule)
     EXPECT_EQ(readImageFile(file("p.png")).bytes, modulePreview(readImageFile(input), "srgb_tex"));
 }
 
-TEST_F(ToolPreview, WritesPngWhateverTheExtension)
-{
-    std::string const input = file("render.exr");
-    writeFloats(input, kWidth, kHeight, 3, OIIO::TypeDesc::FLOAT, floatRamp(kWidth, kHeight, 3));
-    ToolResult const result = run({"preview", input, file("preview.jpg")});
-    EXPECT_EQ(result.exitCode, 0) << result.err;
-    expectOpaqueRgba8Png(readImageFile(file("preview.jpg")));
-}
-
 TEST_F(ToolPreview, UnknownColourSpaceFails)
 {
     std::string const input = file("render.exr");

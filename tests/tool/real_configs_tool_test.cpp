@@ -94,11 +94,13 @@ TEST_F(ToolRealConfigs, InfoTextFitsIn80Columns)
 TEST_F(ToolRealConfigs, TooNewConfigIsAnErrorAndTheBuiltInsAreUsed)
 {
     ToolResult const result = run({"info", "--json", "--config", config(kTooNew)});
-    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.err.rfind("colorconfig: error: ", 0), 0u) << result.err;
     std::optional<JsonValue> const json = parseJson(result.out, nullptr);
     ASSERT_TRUE(json);
     EXPECT_EQ(json->member("colorSpaces")->strings(), (std::vector<std::string>{"linear", "sRGB", "Rec709"}));
+    ASSERT_EQ(json->member("errors")->items.size(), 1u);
+    EXPECT_EQ("colorconfig: error: " + json->member("errors")->items[0].text + "\n", result.err);
 }
 
 TEST_F(ToolRealConfigs, ColourThroughAnAcesConfigMatchesTheModule)

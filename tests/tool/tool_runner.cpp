@@ -121,6 +121,13 @@ std::string toolPath() { return VERRA_COLORCONFIG_EXE; }
 
 ToolResult runTool(std::vector<std::string> const& args, Environment const& env, bool stderrIsTerminal)
 {
+    std::vector<std::string> argv{toolPath()};
+    argv.insert(argv.end(), args.begin(), args.end());
+    return runProgram(std::move(argv), env, stderrIsTerminal);
+}
+
+ToolResult runProgram(std::vector<std::string> argv, Environment const& env, bool stderrIsTerminal)
+{
     ToolResult result;
     Fd outRead;
     Fd outWrite;
@@ -139,8 +146,6 @@ ToolResult runTool(std::vector<std::string> const& args, Environment const& env,
     posix_spawn_file_actions_adddup2(&actions, outWrite.get(), 1);
     posix_spawn_file_actions_adddup2(&actions, errWrite.get(), 2);
 
-    std::vector<std::string> argv{toolPath()};
-    argv.insert(argv.end(), args.begin(), args.end());
     std::vector<std::string> envp = env;
     std::vector<char*> argPointers = pointers(argv);
     std::vector<char*> envPointers = pointers(envp);

@@ -33,4 +33,7 @@ std::string toolPath();
 /// end. Fails the current test when the child cannot be started.
 ToolResult runTool(std::vector<std::string> const& args, Environment const& env, bool stderrIsTerminal = false);
 
+/// Runs the program `argv[0]` (a path) as `runTool` runs the tool.
+ToolResult runProgram(std::vector<std::string> argv, Environment const& env, bool stderrIsTerminal = false);
+
 } // namespace verra_test

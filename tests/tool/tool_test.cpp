@@ -26,12 +26,29 @@ ToolTest::ToolTest()
     }
 }
 
-ToolResult ToolTest::run(std::vector<std::string> const& args, bool stderrIsTerminal) const
+namespace {
+
+Environment childEnvironment(std::vector<std::pair<std::string, std::string>> const& variables)
 {
     Environment env;
-    for (auto const& [name, value] : m_childEnv) {
+    for (auto const& [name, value] : variables) {
         env.push_back(name + "=" + value);
     }
+    return env;
+}
+
+} // namespace
+
+ToolResult ToolTest::runScript(std::string const& script, std::vector<std::string> const& args) const
+{
+    std::vector<std::string> argv{"/bin/sh", "-c", script, "sh", toolPath()};
+    argv.insert(argv.end(), args.begin(), args.end());
+    return runProgram(argv, childEnvironment(m_childEnv));
+}
+
+ToolResult ToolTest::run(std::vector<std::string> const& args, bool stderrIsTerminal) const
+{
+    Environment const env = childEnvironment(m_childEnv);
     ToolResult result = runTool(args, env, stderrIsTerminal);
     EXPECT_EQ(result.signal, 0) << "the program was killed by signal " << result.signal << "\n" << result.err;
     return result;

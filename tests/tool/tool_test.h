@@ -25,6 +25,10 @@ protected:
     /// Runs the program with `args` in the child environment.
     ToolResult run(std::vector<std::string> const& args, bool stderrIsTerminal = false) const;
 
+    /// Runs the shell `script` in the child environment, with the program's
+    /// path as $1 and `args` after it.
+    ToolResult runScript(std::string const& script, std::vector<std::string> const& args) const;
+
     /// Sets `name` to `value` in the child environment (not in this process).
     void setChildEnv(std::string const& name, std::string const& value);
 

@@ -89,10 +89,14 @@ TEST_F(ToolUsage, TooManyArguments)
 
 TEST_F(ToolUsage, BadNumbers)
 {
-    for (char const* bad : {"x", "0.5x", "", " 1", "nan", "inf", "1e999", "0x"}) {
+    for (char const* bad : {"x", "0.5x", "", " 1", "0x"}) {
         ToolResult const result = run({"color", "--from", "linear", "--to", "sRGB", "1", bad, "3"});
-        EXPECT_EQ(usageError(result), "colorconfig: error: '" + std::string(bad) + "' is not a finite number");
+        EXPECT_EQ(usageError(result), "colorconfig: error: '" + std::string(bad) + "' is not a number");
     }
+    // Infinities and NaN are numbers, negative ones too, not options.
+    ToolResult const words = run({"color", "--from", "linear", "--to", "sRGB", "nan", "inf", "-inf", "-nan"});
+    EXPECT_EQ(words.exitCode, 0) << words.err;
+    EXPECT_EQ(words.out, "nan inf -inf -nan\n");
 }
 
 TEST_F(ToolUsage, ConvertNeedsInputAndOutput)

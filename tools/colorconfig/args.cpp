@@ -1,7 +1,6 @@
 #include "args.h"
 
 #include <cctype>
-#include <cmath>
 #include <cstdlib>
 
 namespace colorconfig {
@@ -35,14 +34,15 @@ void ParsedArgs::addPositional(std::string word) { m_positionals.push_back(std::
 
 namespace {
 
-/// True for words such as "-0.5" or "-.25": numbers, not options.
+/// True for words such as "-0.5", "-.25", "-1e-3", "-inf" or "-nan":
+/// numbers, not options.
 bool looksNumeric(std::string const& word)
 {
     if (word.size() < 2 || word[0] != '-') {
         return false;
     }
-    unsigned char const next = static_cast<unsigned char>(word[1]);
-    return std::isdigit(next) != 0 || next == '.';
+    double unused = 0.0;
+    return parseNumber(word, unused);
 }
 
 bool isOptionWord(std::string const& word)
@@ -132,11 +132,12 @@ bool parseNumber(std::string const& word, double& value)
     if (word.empty() || std::isspace(static_cast<unsigned char>(word[0])) != 0) {
         return false;
     }
-    // Overflow gives an infinity, which the finiteness test refuses; an
-    // underflow to a tiny or zero value is accepted as strtod rounds it.
+    // Infinities and NaN are numbers too ("inf", "-inf", "nan"); an overflow
+    // gives an infinity and an underflow a tiny or zero value, as strtod
+    // rounds them.
     char* end = nullptr;
     double const parsed = std::strtod(word.c_str(), &end);
-    if (end != word.c_str() + word.size() || !std::isfinite(parsed)) {
+    if (end != word.c_str() + word.size()) {
         return false;
     }
     value = parsed;

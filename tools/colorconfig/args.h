@@ -62,8 +62,8 @@ ParseOutcome parseArgs(std::vector<OptionSpec> const& options, std::vector<std::
 /// True when `words` hold "--help" or "-h" before any "--".
 bool asksForHelp(std::vector<std::string> const& words);
 
-/// Reads a finite decimal number (as strtod does, the whole word, no blanks)
-/// into `value`. False for anything else, "nan" and "inf" included.
+/// Reads a number as strtod does (the whole word, no blanks; "inf", "-inf"
+/// and "nan" included) into `value`. False for anything else.
 bool parseNumber(std::string const& word, double& value);
 
 } // namespace colorconfig

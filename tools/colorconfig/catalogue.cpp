@@ -88,10 +88,14 @@ std::string orNone(std::string const& name) { return name.empty() ? "(none)" : n
 
 } // namespace
 
-Catalogue readCatalogue(std::string report)
+Catalogue readCatalogue(LoadedConfig const& config)
 {
     Catalogue catalogue;
-    catalogue.report = std::move(report);
+    catalogue.report = std::string(config.report.view());
+    if (config.usesFile) {
+        catalogue.configFile = sdk::colorConfig().configname();
+    }
+    catalogue.problems = config.problems;
     catalogue.colorSpaces = toStrings(sdk::ColorConfig::colorSpaces());
     catalogue.defaultDisplay = std::string(sdk::defaultDisplay().view());
     catalogue.defaultView = std::string(sdk::defaultView().view());
@@ -109,8 +113,19 @@ Catalogue readCatalogue(std::string report)
 
 std::string catalogueText(Catalogue const& catalogue)
 {
-    std::string text = "Config\n";
+    std::string text;
+    if (!catalogue.problems.empty()) {
+        text += "Errors\n";
+        for (std::string const& problem : catalogue.problems) {
+            appendLines(text, wrapWords(problem, kLineWidth, std::string(kIndent, ' '), kIndent));
+        }
+        text += '\n';
+    }
+    text += "Config\n";
     appendLines(text, wrapWords(catalogue.report, kLineWidth, std::string(kIndent, ' '), kIndent));
+    if (catalogue.configFile.empty()) {
+        text += "  In use: the built-in colour spaces only (linear, sRGB, Rec709).\n";
+    }
     appendNameList(text, "Colour spaces", catalogue.colorSpaces);
     text += "\nDefault display  " + orNone(catalogue.defaultDisplay) + "\n";
     text += "Default view     " + orNone(catalogue.defaultView) + "\n";
@@ -125,6 +140,8 @@ std::string catalogueJson(Catalogue const& catalogue)
     JsonWriter json;
     json.beginObject();
     json.string("report", catalogue.report);
+    json.string("configFile", catalogue.configFile);
+    json.stringArray("errors", catalogue.problems);
     json.stringArray("colorSpaces", catalogue.colorSpaces);
     json.string("defaultDisplay", catalogue.defaultDisplay);
     json.string("defaultView", catalogue.defaultView);

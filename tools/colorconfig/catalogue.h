@@ -1,6 +1,8 @@
 #pragma once
 // A snapshot of the module's catalogue, taken once for printing.
 
+#include "session.h"
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,6 +13,11 @@ namespace colorconfig {
 struct Catalogue {
     /// The report of `ColorConfig::loadOcioConfig`.
     std::string report;
+    /// The configuration file in use, or empty when the built-in colour
+    /// spaces are.
+    std::string configFile;
+    /// Why the configuration asked for is not what is in use (`LoadedConfig`).
+    std::vector<std::string> problems;
     /// `ColorConfig::colorSpaces()`.
     std::vector<std::string> colorSpaces;
     /// `defaultDisplay()`; empty when the config has none.
@@ -26,15 +33,16 @@ struct Catalogue {
     std::vector<std::string> roles;
 };
 
-/// Reads the catalogue of the configuration now loaded; `report` is stored
-/// as it is.
-Catalogue readCatalogue(std::string report);
+/// Reads the catalogue of the configuration now loaded, `config`.
+Catalogue readCatalogue(LoadedConfig const& config);
 
 /// The catalogue as text for people, lines of at most 79 columns (a single
 /// name longer than that keeps a line of its own).
 std::string catalogueText(Catalogue const& catalogue);
 
-/// The catalogue as a JSON object with the members "report", "colorSpaces",
+/// The catalogue as a JSON object with the members "report", "configFile"
+/// (empty with the built-in colour spaces), "errors" (the problems),
+/// "colorSpaces",
 /// "defaultDisplay", "defaultView", "displays" (objects of "name" and
 /// "views"), "looks" and "roles".
 std::string catalogueJson(Catalogue const& catalogue);

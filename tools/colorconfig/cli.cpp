@@ -59,8 +59,17 @@ ExitCode runCommand(Command const& command, std::vector<std::string> const& word
                                         std::to_string(command.maxPositionals) + ", got " + std::to_string(given));
     }
     ErrorLogToStderr const errorLog;
-    Context const context{parsed.args, loadConfiguration(parsed.args, !command.printsReport)};
-    return command.run(context);
+    LoadedConfig const config = loadConfiguration(parsed.args, !command.printsReport);
+    for (std::string const& problem : config.problems) {
+        console::error("%s", problem.c_str());
+    }
+    if (config.problems.empty()) {
+        return command.run(Context{parsed.args, config});
+    }
+    // A configuration asked for and not had: only info, which shows what is
+    // wrong, still runs.
+    return command.printsReport ? worse(command.run(Context{parsed.args, config}), ExitCode::Failure)
+                                : ExitCode::Failure;
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "args.h"
 #include "exit_code.h"
+#include "session.h"
 
 #include <orv/string.h>
 
@@ -17,8 +18,8 @@ struct Context {
     /// Its options and positional arguments, already checked against its
     /// table entry.
     ParsedArgs const& args;
-    /// The report of `ColorConfig::loadOcioConfig`, which already ran.
-    orv::String report;
+    /// The configuration loaded for it, and what is wrong with it.
+    LoadedConfig const& config;
 };
 
 /// A subcommand's entry point.
@@ -43,7 +44,9 @@ struct Command {
     std::size_t minPositionals;
     /// The most positional arguments it accepts, or `kUnlimited`.
     std::size_t maxPositionals;
-    /// True when it prints the configuration report itself (only `info`).
+    /// True when it prints the configuration report and its problems itself
+    /// (only `info`); the other subcommands do not run when the configuration
+    /// has a problem.
     bool printsReport;
     /// Its entry point.
     RunCommand run;

@@ -5,6 +5,7 @@
 #include "console.h"
 #include "help.h"
 
+#include <verra_sdk/color_route.h>
 #include <verra_sdk/colorconfig.h>
 
 #include <cstdio>
@@ -14,26 +15,6 @@ namespace colorconfig {
 namespace {
 
 namespace sdk = orv::verra_sdk;
-
-bool sameName(orv::String const& a, char const* b) { return a.compareNoCase(orv::String(b)) == 0; }
-
-/// True when `ColorConfig::transform` can convert from `from` to `to`. The
-/// transform returns an impossible conversion unchanged and silently, so the
-/// program asks first: equal names and the module's built-in pairs ("linear"
-/// with "sRGB" or "Rec709", as its interface documents) need nothing; any
-/// other pair needs a processor of the shared configuration.
-bool canConvert(orv::String const& from, orv::String const& to)
-{
-    if (from.compareNoCase(to) == 0) {
-        return true;
-    }
-    bool const curveSpace = sameName(from, "srgb") || sameName(from, "rec709") || sameName(to, "srgb") ||
-                            sameName(to, "rec709");
-    if (curveSpace && (sameName(from, "linear") || sameName(to, "linear"))) {
-        return true;
-    }
-    return sdk::colorConfig().createColorProcessor(from.view(), to.view(), "", "") != nullptr;
-}
 
 std::string formatNumber(double value)
 {
@@ -50,7 +31,7 @@ ExitCode runColor(Context const& context)
     double channels[4] = {0.0, 0.0, 0.0, 1.0};
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (!parseNumber(words[i], channels[i])) {
-            console::error("'%s' is not a finite number", words[i].c_str());
+            console::error("'%s' is not a number", words[i].c_str());
             console::errorText(usageHint(findCommand("color")));
             return ExitCode::Usage;
         }
@@ -60,9 +41,15 @@ ExitCode runColor(Context const& context)
     if (from.isEmpty() || to.isEmpty()) {
         return ExitCode::Failure;
     }
-    if (!canConvert(from, to)) {
+    // The transform returns an impossible conversion unchanged and silently,
+    // so the route is asked first.
+    sdk::ColorRoute const route = sdk::colorRoute(from, to);
+    if (route == sdk::ColorRoute::None) {
         console::error("cannot convert from '%s' to '%s' with this config", from.buf(), to.buf());
         return ExitCode::Failure;
+    }
+    if (context.args.has("--verbose")) {
+        console::note("route from '%s' to '%s': %s", from.buf(), to.buf(), sdk::colorRouteName(route));
     }
     orv::math::RgbaT<double> const converted =
         sdk::ColorConfig::transform({channels[0], channels[1], channels[2], channels[3]}, from, to);

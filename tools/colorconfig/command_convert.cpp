@@ -3,9 +3,12 @@
 #include "color_names.h"
 #include "commands.h"
 #include "console.h"
-#include "convert_raster.h"
+#include "convert_level.h"
 #include "help.h"
-#include "raster.h"
+#include "image_file.h"
+#include "safe_output.h"
+
+#include <OpenImageIO/imageio.h>
 
 #include <filesystem>
 #include <set>
@@ -50,17 +53,35 @@ bool planJobs(ParsedArgs const& args, std::vector<Job>& jobs, ExitCode& failure)
     return true;
 }
 
-/// True when writing `job.output` would replace `job.input` itself.
-bool writesOverInput(Job const& job)
+/// The input among `jobs` that writing `output` would replace, or null.
+std::string const* inputReplacedBy(std::string const& output, std::vector<Job> const& jobs)
 {
-    std::error_code ignored;
-    return stdfs::equivalent(job.input, job.output, ignored);
+    for (Job const& job : jobs) {
+        std::error_code ignored;
+        if (stdfs::equivalent(job.input, output, ignored)) {
+            return &job.input;
+        }
+    }
+    return nullptr;
 }
 
-bool convertOne(Job const& job, orv::String const& from, orv::String const& to, std::set<std::string>& written)
+/// True when the format that `output`'s name asks for stores 8-bit values,
+/// so that 8-bit pixels can stay 8-bit on their way through.
+bool storesBytes(std::string const& output)
 {
-    if (writesOverInput(job)) {
-        console::error("'%s' would replace its own input; choose another output", job.output.c_str());
+    auto const writer = OIIO::ImageOutput::create(output);
+    if (!writer) {
+        return true;
+    }
+    return formatStoresBytes(writer->format_name());
+}
+
+bool convertOne(Job const& job, std::vector<Job> const& jobs, orv::String const& from, orv::String const& to,
+                std::set<std::string>& written)
+{
+    if (std::string const* input = inputReplacedBy(job.output, jobs)) {
+        console::error("'%s' would replace the input '%s'; choose another output", job.output.c_str(),
+                       input->c_str());
         return false;
     }
     std::string const target = stdfs::path(job.output).lexically_normal().string();
@@ -69,21 +90,23 @@ bool convertOne(Job const& job, orv::String const& from, orv::String const& to, 
                        job.input.c_str());
         return false;
     }
-    Raster raster;
+    // 8-bit pixels stay 8-bit only when the output stores 8 bits: the
+    // module's RGBA8 transform then gives colorconvert's own bytes. Any
+    // other output gets pixels computed in float.
+    Precision const precision = storesBytes(job.output) ? Precision::KeepBytes : Precision::Float;
+    ImageFile file;
     std::string message;
-    if (!readRaster(job.input, ReadAs::BytesOrFloats, raster, message)) {
+    if (!readImageFile(job.input, precision, file, message)) {
         console::error("cannot read '%s': %s", job.input.c_str(), message.c_str());
         return false;
     }
-    if (raster.channels > 4) {
-        console::error("'%s' has %d channels; convert handles 1 to 4", job.input.c_str(), raster.channels);
-        return false;
+    for (ImageLevel& level : file.levels) {
+        if (!convertLevel(level, from, to, message)) {
+            console::error("'%s' was not converted: %s", job.input.c_str(), message.c_str());
+            return false;
+        }
     }
-    if (!convertRaster(raster, from, to)) {
-        console::error("'%s' was not converted", job.input.c_str());
-        return false;
-    }
-    if (!writeRaster(job.output, std::string(), raster, message)) {
+    if (!writeImageFile(job.output, file, message)) {
         console::error("cannot write '%s': %s", job.output.c_str(), message.c_str());
         return false;
     }
@@ -113,7 +136,7 @@ ExitCode runConvert(Context const& context)
             console::status("[" + std::to_string(i + 1) + "/" + std::to_string(jobs.size()) + "] converting " +
                             jobs[i].input);
         }
-        if (convertOne(jobs[i], from, to, written)) {
+        if (convertOne(jobs[i], jobs, from, to, written)) {
             console::out(jobs[i].input + " -> " + jobs[i].output);
         } else {
             code = ExitCode::Failure;

@@ -9,7 +9,7 @@ namespace colorconfig {
 
 ExitCode runInfo(Context const& context)
 {
-    Catalogue const catalogue = readCatalogue(std::string(context.report.view()));
+    Catalogue const catalogue = readCatalogue(context.config);
     std::string const text = context.args.has("--json") ? catalogueJson(catalogue) : catalogueText(catalogue);
     std::fwrite(text.data(), 1, text.size(), stdout);
     return ExitCode::Success;

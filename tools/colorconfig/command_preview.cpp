@@ -1,12 +1,19 @@
 // The `preview` subcommand.
 
+#include "borrowed_pixels.h"
 #include "color_names.h"
 #include "commands.h"
 #include "console.h"
-#include "pixel_layout.h"
-#include "raster.h"
+#include "convert_level.h"
+#include "image_file.h"
+#include "safe_output.h"
 
 #include <verra_sdk/colorconfig.h>
+
+#include <OpenImageIO/imagebufalgo.h>
+#include <OpenImageIO/imageio.h>
+
+#include <filesystem>
 
 namespace colorconfig {
 
@@ -14,21 +21,42 @@ namespace {
 
 namespace sdk = orv::verra_sdk;
 
-/// The opaque RGBA8 `pixels` as a raster to be written.
-Raster toRaster(orv::verra::Vector2d<orv::verra::Rgba8, true> const& pixels)
+/// The colour space named by the option `option`, or `fallback` when it is
+/// not given; empty after an error.
+orv::String spaceOption(ParsedArgs const& args, char const* option, char const* fallback)
 {
-    Raster raster;
-    raster.width = static_cast<int>(pixels.width);
-    raster.height = static_cast<int>(pixels.height);
-    raster.channels = 4;
-    raster.fileType = OIIO::TypeDesc::UINT8;
-    raster.unassociatedAlpha = true;
-    raster.bytes.reserve(std::size_t{pixels.count} * 4);
-    for (std::size_t i = 0; i < pixels.count; ++i) {
-        orv::verra::Rgba8 const& pixel = pixels.data[i];
-        raster.bytes.insert(raster.bytes.end(), {pixel.r, pixel.g, pixel.b, pixel.a});
+    return args.has(option) ? resolveColorSpace(args.value(option)) : orv::String(fallback);
+}
+
+/// The opaque RGBA8 preview of the FLOAT RGB pixels `rgb` in `from`,
+/// converted into `to`: out of "linear" through `colorConfigGenerateRgba8`;
+/// out of any other space through a processor, then OpenImageIO's own
+/// quantisation to 8 bits, as the module's buffer transform quantises.
+bool makePreview(OIIO::ImageBuf& rgb, orv::String const& from, orv::String const& to, OIIO::ImageBuf& preview,
+                 std::string& error)
+{
+    OIIO::ImageSpec const& spec = rgb.spec();
+    if (from == "linear") {
+        preview.reset(OIIO::ImageSpec(spec.width, spec.height, 4, OIIO::TypeDesc::UINT8));
+        BorrowedPixels<orv::verra::float3> source(rgb.localpixels(), spec.width, spec.height);
+        BorrowedPixels<orv::verra::Rgba8> destination(preview.localpixels(), spec.width, spec.height);
+        // The module logs why a conversion fails.
+        if (!sdk::colorConfigGenerateRgba8(source.array(), destination.array(), to)) {
+            error = "the conversion failed";
+            return false;
+        }
+        return true;
     }
-    return raster;
+    if (!convertPackedFloats(rgb, from, to, error)) {
+        return false;
+    }
+    OIIO::ImageBuf opaque;
+    if (!OIIO::ImageBufAlgo::channels(opaque, rgb, 4, {0, 1, 2, -1}, {0.0f, 0.0f, 0.0f, 1.0f})) {
+        error = opaque.geterror();
+        return false;
+    }
+    preview.reset(OIIO::ImageSpec(spec.width, spec.height, 4, OIIO::TypeDesc::UINT8));
+    return preview.copy_pixels(opaque);
 }
 
 } // namespace
@@ -37,31 +65,57 @@ ExitCode runPreview(Context const& context)
 {
     std::string const& input = context.args.positionals()[0];
     std::string const& output = context.args.positionals()[1];
-    orv::String to;
-    if (context.args.has("--to")) {
-        to = resolveColorSpace(context.args.value("--to"));
-        if (to.isEmpty()) {
-            return ExitCode::Failure;
-        }
+    std::error_code ignored;
+    if (std::filesystem::equivalent(input, output, ignored)) {
+        console::error("'%s' would replace its own input; choose another output", output.c_str());
+        return ExitCode::Failure;
     }
-    Raster raster;
+    orv::String const from = spaceOption(context.args, "--from", "linear");
+    orv::String const to = spaceOption(context.args, "--to", "sRGB");
+    if (from.isEmpty() || to.isEmpty()) {
+        return ExitCode::Failure;
+    }
+    auto const writer = OIIO::ImageOutput::create(output);
+    if (!writer) {
+        console::error("cannot write '%s': %s", output.c_str(), OIIO::geterror().c_str());
+        return ExitCode::Failure;
+    }
+    std::string const format = writer->format_name();
+    if (!formatStoresBytes(format)) {
+        console::error("cannot write '%s': a preview is 8-bit, and %s files do not hold 8-bit values",
+                       output.c_str(), format.c_str());
+        return ExitCode::Failure;
+    }
+    ImageFile file;
     std::string message;
-    if (!readRaster(input, ReadAs::Floats, raster, message)) {
+    if (!readImageFile(input, Precision::Float, file, message)) {
         console::error("cannot read '%s': %s", input.c_str(), message.c_str());
         return ExitCode::Failure;
     }
-    orv::verra::Vector2d<orv::verra::float3, true> const source = toFloat3(raster);
-    if (source.empty()) {
-        console::error("not enough memory for '%s'", input.c_str());
+    if (file.levels.size() > 1) {
+        console::note("'%s' holds %zu images; the preview shows the first", input.c_str(), file.levels.size());
+    }
+    ImageLevel& level = file.levels.front();
+    OIIO::ImageBuf rgb;
+    OIIO::ImageBuf preview;
+    if (!colorChannelsOf(level, rgb, message) || !makePreview(rgb, from, to, preview, message)) {
+        console::error("'%s' was not converted: %s", input.c_str(), message.c_str());
         return ExitCode::Failure;
     }
-    orv::verra::Vector2d<orv::verra::Rgba8, true> preview;
-    // The module logs why a conversion fails.
-    if (!sdk::colorConfigGenerateRgba8(source, preview, to)) {
-        console::error("'%s' was not converted", input.c_str());
-        return ExitCode::Failure;
+    ImageFile result;
+    result.subimages = 1;
+    result.levels.emplace_back();
+    ImageLevel& out = result.levels.back();
+    out.pixels = std::move(preview);
+    if (!writer->supports("alpha")) {
+        // Every alpha byte is 255: a format without alpha loses nothing.
+        OIIO::ImageBuf rgbOnly;
+        OIIO::ImageBufAlgo::channels(rgbOnly, out.pixels, 3, {0, 1, 2});
+        out.pixels = std::move(rgbOnly);
     }
-    if (!writeRaster(output, "png", toRaster(preview), message)) {
+    out.fileSpec = out.pixels.spec();
+    out.fileSpec.attribute("oiio:ColorSpace", std::string(to.view()));
+    if (!writeImageFile(output, result, message)) {
         console::error("cannot write '%s': %s", output.c_str(), message.c_str());
         return ExitCode::Failure;
     }

@@ -65,7 +65,9 @@ std::vector<Command> const& commands()
          {"--from NAME --to NAME R G B [ALPHA]"},
          "Converts the colour R G B (and ALPHA, which is printed unchanged) and prints the result with 17 "
          "significant digits, enough to read back the exact double. Negative values are accepted as they "
-         "are (-0.5).",
+         "are (-0.5, -inf), as are inf and nan. With --verbose, standard error also tells the route: "
+         "'built-in curve' (the module's own sRGB and Rec709 curves, used between linear and those two "
+         "whatever the config says), 'processor' (the config's), or 'same'.",
          {{"--from", nullptr, "NAME", true, "The colour space of the given colour."},
           {"--to", nullptr, "NAME", true, "The colour space to convert into."}},
          3,
@@ -75,12 +77,16 @@ std::vector<Command> const& commands()
         {"convert",
          "Convert images between two colour spaces",
          {"--from NAME --to NAME IN OUT", "--from NAME --to NAME --out-dir DIR IN..."},
-         "Reads each image, converts its pixels and writes them in the format that the output's extension "
-         "names, keeping the input's data type where that format has it. 8-bit images are converted as 8-bit "
-         "RGBA; other types as 32-bit float. Grey images come out as RGB, grey with alpha as RGBA; images of "
-         "more than four channels are refused. An output never replaces its own input. With --out-dir, each "
-         "output takes its input's file name, and a progress line is shown while standard error is a "
-         "terminal.",
+         "Reads each image, converts its colour channels and writes the result in the format that the "
+         "output's extension names. Everything else is kept as the format allows: the data type, every "
+         "subimage and MIP level, windows, pixel aspect, tiling, compression and attributes, and every "
+         "channel other than R, G and B (alpha, depth, others) untouched; 'oiio:ColorSpace' names the new "
+         "space. Grey comes out as RGB. 8-bit pixels written to an 8-bit format go through the module's RGBA8 "
+         "transform; every other case is computed in float. A format that cannot hold every subimage or MIP "
+         "level is refused. Each output is written beside its target and renamed into place only once "
+         "complete, so a failed or interrupted run leaves existing files as they were, and no output ever "
+         "replaces an input. With --out-dir, each output takes its input's file name, and a progress line is "
+         "shown while standard error is a terminal.",
          {{"--from", nullptr, "NAME", true, "The colour space of the input pixels."},
           {"--to", nullptr, "NAME", true, "The colour space to convert into."},
           {"--out-dir", nullptr, "DIR", false, "Write every output into this existing folder."}},
@@ -89,12 +95,15 @@ std::vector<Command> const& commands()
          false,
          &runConvert},
         {"preview",
-         "Turn a linear float image into an opaque 8-bit PNG",
-         {"[--to NAME] IN OUT"},
-         "Reads IN as float pixels in the linear colour space, converts its colour channels (grey is spread "
-         "over RGB, alpha is dropped) into the colour space NAME, and writes an opaque 8-bit RGBA image to "
-         "OUT as PNG, whatever OUT's extension.",
-         {{"--to", nullptr, "NAME", false, "The colour space of the preview (sRGB when not given)."}},
+         "Turn an image into an opaque 8-bit preview",
+         {"[--from NAME] [--to NAME] IN OUT"},
+         "Reads the first image of IN as float pixels in the colour space --from (linear when not given), "
+         "converts its colour channels (grey is spread over RGB, alpha is dropped) into the colour space --to "
+         "(sRGB when not given), and writes an opaque 8-bit image to OUT in the format that its extension "
+         "names (RGBA, or RGB for a format without alpha). Float-only formats (exr, hdr) are refused. OUT is "
+         "written beside its target and renamed into place once complete, and never replaces IN.",
+         {{"--from", nullptr, "NAME", false, "The colour space of the input pixels (linear when not given)."},
+          {"--to", nullptr, "NAME", false, "The colour space of the preview (sRGB when not given)."}},
          2,
          2,
          false,

@@ -5,6 +5,7 @@
 
 #include "cli.h"
 #include "console.h"
+#include "safe_output.h"
 
 #include <cstdio>
 #include <exception>
@@ -15,6 +16,7 @@ int main(int argc, char** argv)
 {
     using colorconfig::ExitCode;
     ExitCode code = ExitCode::Failure;
+    colorconfig::installWriteGuards();
     try {
         std::vector<std::string> const words(argv + (argc > 0 ? 1 : 0), argv + argc);
         code = colorconfig::runCli(words);

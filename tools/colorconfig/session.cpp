@@ -1,9 +1,11 @@
 #include "session.h"
 
+#include "config_check.h"
 #include "console.h"
 
 #include <verra_sdk/colorconfig.h>
 
+#include <algorithm>
 #include <string_view>
 
 namespace colorconfig {
@@ -15,30 +17,66 @@ ErrorLogToStderr::ErrorLogToStderr()
 
 ErrorLogToStderr::~ErrorLogToStderr() { orv::setErrorSink(m_previous); }
 
-orv::String loadConfiguration(ParsedArgs const& args, bool reportToStderr)
+namespace {
+
+/// True when `report` says that the file or variable named by --config
+/// (`requested`) was used, and not ocio.txt or $OCIO after it failed.
+bool usesRequested(std::string_view report, std::string const& requested)
+{
+    if (report.substr(0, 29) == "Using specified OCIO config: ") {
+        return true;
+    }
+    // NAME, $NAME and %NAME% all name the variable NAME.
+    std::size_t const first = requested.find_first_not_of("$%");
+    std::size_t const last = requested.find_last_not_of('%');
+    std::string const name = first == std::string::npos ? "" : requested.substr(first, last + 1 - first);
+    std::string const ending = " according to the '" + name + "' env var.";
+    return !name.empty() && report.size() > ending.size() &&
+           report.substr(report.size() - ending.size()) == ending;
+}
+
+/// `text` with each line break turned into a blank, for one-line messages.
+std::string oneLine(std::string text)
+{
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return text;
+}
+
+} // namespace
+
+LoadedConfig loadConfiguration(ParsedArgs const& args, bool reportToStderr)
 {
     std::string const requested = args.value("--config");
-    orv::String const report = orv::verra_sdk::ColorConfig::loadOcioConfig(orv::String(requested));
+    LoadedConfig loaded;
+    loaded.report = orv::verra_sdk::ColorConfig::loadOcioConfig(orv::String(requested));
+    std::string_view const report = loaded.report.view();
+    if (reportToStderr && args.has("--verbose")) {
+        console::note("%s", loaded.report.buf());
+    }
     // Every report of a config file in use starts with "Using"; any other
     // one means that the built-in colour spaces are in use.
-    bool const usesFile = report.view().substr(0, 5) == "Using";
-    // A file that OpenImageIO refuses leaves its reason in the shared
-    // configuration's own error state, where nothing else reports it; the
-    // built-in colour spaces are in use then. Without a file, that state
-    // only says that no file was given.
+    loaded.usesFile = report.substr(0, 5) == "Using";
+    if (args.has("--config") && !(loaded.usesFile && usesRequested(report, requested))) {
+        loaded.problems.push_back("the config named by --config '" + requested +
+                                  "' was not found; the module reports: " + std::string(report));
+        return loaded;
+    }
+    if (!loaded.usesFile) {
+        return loaded;
+    }
+    // A file that OpenImageIO refuses leaves OpenColorIO's reason in the
+    // shared configuration's own error state, and the built-in colour
+    // spaces in use.
     std::string const refusal = orv::verra_sdk::colorConfig().geterror(true);
-    if (usesFile && !refusal.empty()) {
-        console::error("%s", refusal.c_str());
+    if (!refusal.empty()) {
+        loaded.usesFile = false;
+        loaded.problems.push_back(oneLine(refusal));
+        return loaded;
     }
-    if (!reportToStderr) {
-        return report;
+    for (std::string const& problem : configProblems(orv::verra_sdk::colorConfig().configname())) {
+        loaded.problems.push_back(oneLine(problem));
     }
-    if (args.has("--config") && !usesFile) {
-        console::warning("%s", report.buf());
-    } else if (args.has("--verbose")) {
-        console::note("%s", report.buf());
-    }
-    return report;
+    return loaded;
 }
 
 } // namespace colorconfig

@@ -7,6 +7,9 @@
 #include <orv/log.h>
 #include <orv/string.h>
 
+#include <string>
+#include <vector>
+
 namespace colorconfig {
 
 /// Sends every line of the module's error log to standard error as
@@ -23,13 +26,24 @@ private:
     orv::ErrorSink m_previous;
 };
 
+/// The configuration a subcommand runs with.
+struct LoadedConfig {
+    /// The report of `ColorConfig::loadOcioConfig`.
+    orv::String report;
+    /// True when a configuration file is in use; false when only the
+    /// built-in colour spaces are.
+    bool usesFile = false;
+    /// Why the configuration the user asked for is not what is in use: the
+    /// --config value named no usable file, or OpenColorIO refused the chosen
+    /// file (its reason), or files that the chosen file names are missing
+    /// (one line each). Empty when all is well.
+    std::vector<std::string> problems;
+};
+
 /// Runs `ColorConfig::loadOcioConfig` with the value of --config (empty when
-/// not given, so that ocio.txt and $OCIO are still honoured) and returns its
-/// report. A config file that OpenImageIO refused is reported as an error on
-/// standard error (the built-in colour spaces are then in use). With
-/// `reportToStderr`, the report is also printed on standard error: as a note
-/// with --verbose, and as a warning when --config was given but the report
-/// does not say that a config file is used.
-orv::String loadConfiguration(ParsedArgs const& args, bool reportToStderr);
+/// not given, so that ocio.txt and $OCIO are still honoured) and checks what
+/// it gave. With --verbose and `reportToStderr`, the report is printed on
+/// standard error.
+LoadedConfig loadConfiguration(ParsedArgs const& args, bool reportToStderr);
 
 } // namespace colorconfig

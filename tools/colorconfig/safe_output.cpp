@@ -1,0 +1,280 @@
+#include "safe_output.h"
+
+#include <OpenImageIO/filesystem.h>
+#include <OpenImageIO/imageio.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace colorconfig {
+
+namespace {
+
+namespace stdfs = std::filesystem;
+
+/// The temporary file of the write in progress, for the signal handler.
+char s_pendingPath[4096];
+volatile std::sig_atomic_t s_hasPending = 0;
+
+void removePending()
+{
+    if (s_hasPending != 0) {
+        ::unlink(s_pendingPath);
+    }
+}
+
+extern "C" void removePendingAndExit(int signalNumber)
+{
+    removePending();
+    std::signal(signalNumber, SIG_DFL);
+    std::raise(signalNumber);
+}
+
+/// A temporary file that is removed when it goes, unless it was renamed
+/// into place.
+class PendingFile {
+public:
+    explicit PendingFile(std::string path) : m_path(std::move(path))
+    {
+        if (m_path.size() < sizeof s_pendingPath) {
+            std::memcpy(s_pendingPath, m_path.c_str(), m_path.size() + 1);
+            s_hasPending = 1;
+        }
+    }
+    ~PendingFile()
+    {
+        s_hasPending = 0;
+        if (!m_committed) {
+            ::unlink(m_path.c_str());
+        }
+    }
+    PendingFile(PendingFile const&) = delete;
+    PendingFile& operator=(PendingFile const&) = delete;
+
+    std::string const& path() const { return m_path; }
+
+    /// Renames the file over `target`; false, with the reason, on failure.
+    bool commit(std::string const& target, std::string& error)
+    {
+        if (::rename(m_path.c_str(), target.c_str()) != 0) {
+            error = std::strerror(errno);
+            return false;
+        }
+        m_committed = true;
+        return true;
+    }
+
+private:
+    std::string m_path;
+    bool m_committed = false;
+};
+
+/// OpenImageIO's stdio proxy that remembers the first short write, which
+/// some of OpenImageIO's writers do not check themselves.
+class CheckedFile : public OIIO::Filesystem::IOFile {
+public:
+    explicit CheckedFile(FILE* file) : IOFile(file, Write) {}
+
+    size_t write(void const* buffer, size_t size) override { return checked(IOFile::write(buffer, size), size); }
+    size_t pwrite(void const* buffer, size_t size, int64_t offset) override
+    {
+        return checked(IOFile::pwrite(buffer, size, offset), size);
+    }
+
+    /// The reason of the first failed write, or empty.
+    std::string const& failure() const { return m_failure; }
+
+private:
+    size_t checked(size_t written, size_t size)
+    {
+        if (written != size && m_failure.empty()) {
+            m_failure = errno != 0 ? std::strerror(errno) : "short write";
+        }
+        return written;
+    }
+
+    std::string m_failure;
+};
+
+/// Where the bytes of `target` really go: the file a symbolic link points
+/// to, so that the link stays a link.
+std::string realTarget(std::string const& target)
+{
+    std::error_code failed;
+    if (stdfs::is_symlink(stdfs::symlink_status(target, failed))) {
+        stdfs::path const resolved = stdfs::weakly_canonical(target, failed);
+        if (!failed) {
+            return resolved.string();
+        }
+    }
+    return target;
+}
+
+std::string orUnknown(std::string text) { return text.empty() ? std::string("unknown error") : text; }
+
+/// Refuses a file that the output format cannot hold whole.
+bool checkFormatHolds(OIIO::ImageOutput& output, ImageFile const& file, std::string& error)
+{
+    std::string const format = output.format_name();
+    if (file.subimages > 1 && !output.supports("multiimage")) {
+        error = "a " + format + " file holds one image, and the input has " + std::to_string(file.subimages) +
+                " subimages; choose a format that holds them all (exr, tif)";
+        return false;
+    }
+    if (file.mipmapped && !output.supports("mipmap")) {
+        error = "a " + format + " file holds no MIP levels, and the input has them; choose a format that "
+                "holds them (exr, tif)";
+        return false;
+    }
+    return true;
+}
+
+/// The specs to write: the files' own, without tiling where the format has none.
+std::vector<OIIO::ImageSpec> outputSpecs(OIIO::ImageOutput& output, ImageFile const& file)
+{
+    std::vector<OIIO::ImageSpec> specs;
+    for (ImageLevel const& level : file.levels) {
+        specs.push_back(level.fileSpec);
+        if (!output.supports("tiles")) {
+            specs.back().tile_width = specs.back().tile_height = specs.back().tile_depth = 0;
+        }
+    }
+    return specs;
+}
+
+bool writeLevels(OIIO::ImageOutput& output, std::string const& path, ImageFile const& file,
+                 std::vector<OIIO::ImageSpec> const& specs)
+{
+    std::vector<OIIO::ImageSpec> firstLevels;
+    for (std::size_t i = 0; i < file.levels.size(); ++i) {
+        if (file.levels[i].miplevel == 0) {
+            firstLevels.push_back(specs[i]);
+        }
+    }
+    for (std::size_t i = 0; i < file.levels.size(); ++i) {
+        ImageLevel const& level = file.levels[i];
+        bool opened = false;
+        if (i == 0) {
+            opened = file.subimages > 1
+                         ? output.open(path, static_cast<int>(firstLevels.size()), firstLevels.data())
+                         : output.open(path, specs[i]);
+        } else {
+            opened = output.open(path, specs[i],
+                                 level.miplevel > 0 ? OIIO::ImageOutput::AppendMIPLevel
+                                                    : OIIO::ImageOutput::AppendSubimage);
+        }
+        if (!opened || !output.write_image(level.pixels.spec().format, level.pixels.localpixels())) {
+            return false;
+        }
+    }
+    return output.close();
+}
+
+/// Reads `path` back whole: the check for formats whose writes we cannot see.
+bool readsBack(std::string const& path, std::size_t levels, std::string& error)
+{
+    ImageFile copy;
+    if (!readImageFile(path, Precision::KeepBytes, copy, error)) {
+        error = "the written file does not read back: " + error;
+        return false;
+    }
+    if (copy.levels.size() != levels) {
+        error = "the written file does not hold every image";
+        return false;
+    }
+    return true;
+}
+
+/// Gives the new file the permissions of the file it replaces.
+void keepPermissions(std::string const& path, std::string const& replaced)
+{
+    struct stat old {};
+    if (::stat(replaced.c_str(), &old) == 0) {
+        ::chmod(path.c_str(), old.st_mode & 07777);
+    }
+}
+
+} // namespace
+
+bool writeImageFile(std::string const& target, ImageFile const& file, std::string& error)
+{
+    auto output = OIIO::ImageOutput::create(target);
+    if (!output) {
+        error = orUnknown(OIIO::geterror());
+        return false;
+    }
+    if (!checkFormatHolds(*output, file, error)) {
+        return false;
+    }
+    std::string const destination = realTarget(target);
+    PendingFile pending(destination + ".colorconfig-" + OIIO::Filesystem::unique_path("%%%%%%%%") + ".tmp");
+    FILE* stream = std::fopen(pending.path().c_str(), "wbx");
+    if (stream == nullptr) {
+        error = std::strerror(errno);
+        return false;
+    }
+    // Each write is seen through the proxy where OpenImageIO allows one.
+    // libtiff reads its own directories back while it writes, which a
+    // write-only stream cannot serve: TIFF files are read back instead.
+    bool const checkedWrites = output->supports("ioproxy") != 0 && std::string(output->format_name()) != "tiff";
+    CheckedFile proxy(stream);
+    if (checkedWrites) {
+        output->set_ioproxy(&proxy);
+    } else {
+        std::fclose(stream);
+        stream = nullptr;
+    }
+    bool const written = writeLevels(*output, pending.path(), file, outputSpecs(*output, file));
+    std::string const outputError = output->geterror();
+    output.reset();
+    // The last buffered bytes reach the file only here.
+    std::string closeError;
+    if (stream != nullptr) {
+        if (std::fflush(stream) != 0) {
+            closeError = std::strerror(errno);
+        }
+        if (std::fclose(stream) != 0 && closeError.empty()) {
+            closeError = std::strerror(errno);
+        }
+    }
+    if (!proxy.failure().empty()) {
+        error = proxy.failure();
+        return false;
+    }
+    if (!written) {
+        error = orUnknown(outputError);
+        return false;
+    }
+    if (!closeError.empty()) {
+        error = closeError;
+        return false;
+    }
+    if (!checkedWrites && !readsBack(pending.path(), file.levels.size(), error)) {
+        return false;
+    }
+    keepPermissions(pending.path(), destination);
+    return pending.commit(destination, error);
+}
+
+void installWriteGuards()
+{
+    // Some of OpenImageIO's libraries end the program on a write error
+    // (libjpeg): the temporary file goes then too.
+    std::atexit(removePending);
+    std::signal(SIGXFSZ, SIG_IGN);
+    for (int signalNumber : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+        // A signal the program was started to ignore stays ignored.
+        if (std::signal(signalNumber, removePendingAndExit) == SIG_IGN) {
+            std::signal(signalNumber, SIG_IGN);
+        }
+    }
+}
+
+} // namespace colorconfig

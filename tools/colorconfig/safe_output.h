@@ -1,0 +1,31 @@
+#pragma once
+// Writing image files without ever leaving a damaged one behind: the new
+// file is written beside its target and renamed over it only once every
+// byte is known to be on disk.
+
+#include "image_file.h"
+
+#include <string>
+
+namespace colorconfig {
+
+/// Writes every level of `file` to `target`, in the format that `target`'s
+/// name asks for, each with its `fileSpec` (tiling is dropped for formats
+/// without tiles). The file is first written as a temporary file in the
+/// target's folder; it replaces `target` (through a symbolic link, the file
+/// it points to, whose permissions it takes) only when every write and the
+/// final close succeeded, or, for formats that OpenImageIO writes without
+/// letting us see each write, when the new file reads back whole. On any
+/// failure the temporary file is removed, `target` is left as it was, and
+/// `error` says why: a format that cannot hold several subimages or MIP
+/// levels is refused before anything is written.
+bool writeImageFile(std::string const& target, ImageFile const& file, std::string& error);
+
+/// Makes SIGINT, SIGTERM, SIGHUP and SIGQUIT, and an exit() from inside a
+/// library, remove the temporary file of a write in progress before the
+/// program ends as asked, and makes a
+/// file-size limit (SIGXFSZ) a write error instead of the end of the program.
+/// Call once at start-up.
+void installWriteGuards();
+
+} // namespace colorconfig
