@@ -8,8 +8,6 @@
 #include "image_file.h"
 #include "safe_output.h"
 
-#include <OpenImageIO/imageio.h>
-
 #include <filesystem>
 #include <set>
 
@@ -69,11 +67,8 @@ std::string const* inputReplacedBy(std::string const& output, std::vector<Job> c
 /// so that 8-bit pixels can stay 8-bit on their way through.
 bool storesBytes(std::string const& output)
 {
-    auto const writer = OIIO::ImageOutput::create(output);
-    if (!writer) {
-        return true;
-    }
-    return formatStoresBytes(writer->format_name());
+    std::string const format = formatForPath(output);
+    return format.empty() || formatStoresBytes(format);
 }
 
 bool convertOne(Job const& job, std::vector<Job> const& jobs, orv::String const& from, orv::String const& to,

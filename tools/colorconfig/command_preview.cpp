@@ -75,15 +75,15 @@ ExitCode runPreview(Context const& context)
     if (from.isEmpty() || to.isEmpty()) {
         return ExitCode::Failure;
     }
+    std::string const format = formatForPath(output);
+    if (!format.empty() && !formatStoresBytes(format)) {
+        console::error("cannot write '%s': a preview is 8-bit, and %s files do not hold 8-bit values",
+                       output.c_str(), format.c_str());
+        return ExitCode::Failure;
+    }
     auto const writer = OIIO::ImageOutput::create(output);
     if (!writer) {
         console::error("cannot write '%s': %s", output.c_str(), OIIO::geterror().c_str());
-        return ExitCode::Failure;
-    }
-    std::string const format = writer->format_name();
-    if (!formatStoresBytes(format)) {
-        console::error("cannot write '%s': a preview is 8-bit, and %s files do not hold 8-bit values",
-                       output.c_str(), format.c_str());
         return ExitCode::Failure;
     }
     ImageFile file;

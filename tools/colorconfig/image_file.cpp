@@ -1,6 +1,8 @@
 #include "image_file.h"
 
+#include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
+#include <OpenImageIO/strutil.h>
 
 #include <new>
 
@@ -69,6 +71,24 @@ bool readLevel(OIIO::ImageInput& input, int subimage, int miplevel, Precision pr
 }
 
 } // namespace
+
+std::string formatForPath(std::string const& path)
+{
+    std::string const extension = OIIO::Strutil::lower(OIIO::Filesystem::extension(path, false));
+    // "format:ext,ext;format:ext..." for every format OpenImageIO knows.
+    for (OIIO::string_view entry : OIIO::Strutil::splitsv(OIIO::get_string_attribute("extension_list"), ";")) {
+        std::vector<OIIO::string_view> const parts = OIIO::Strutil::splitsv(entry, ":", 2);
+        if (parts.size() != 2) {
+            continue;
+        }
+        for (OIIO::string_view known : OIIO::Strutil::splitsv(parts[1], ",")) {
+            if (known == extension) {
+                return std::string(parts[0]);
+            }
+        }
+    }
+    return std::string();
+}
 
 bool formatStoresBytes(std::string const& formatName)
 {

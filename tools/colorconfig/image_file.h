@@ -38,6 +38,12 @@ enum class Precision {
     Float,
 };
 
+/// The name of the OpenImageIO format (such as "png" or "openexr") that
+/// writes files with `path`'s extension, or empty when none does. Looks the
+/// extension up without making a writer: OpenImageIO 2.4.7's EXR writer
+/// reads uninitialised memory when it is destroyed unopened.
+std::string formatForPath(std::string const& path);
+
 /// True when files of the OpenImageIO format `formatName` (such as "png")
 /// store 8-bit values; false for the float-only formats.
 bool formatStoresBytes(std::string const& formatName);

@@ -220,10 +220,17 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
         error = std::strerror(errno);
         return false;
     }
-    // Each write is seen through the proxy where OpenImageIO allows one.
-    // libtiff reads its own directories back while it writes, which a
-    // write-only stream cannot serve: TIFF files are read back instead.
-    bool const checkedWrites = output->supports("ioproxy") != 0 && std::string(output->format_name()) != "tiff";
+    // How a failed write is seen, format by format:
+    // - OpenEXR checks every write itself and throws, which OpenImageIO
+    //   reports (and OpenImageIO 2.4.7's EXR writer reads uninitialised
+    //   memory when it closes a proxy);
+    // - libtiff reads its own directories back while it writes, which a
+    //   write-only stream cannot serve: TIFF files are read back;
+    // - other formats go through the proxy where OpenImageIO takes one, and
+    //   are read back where it does not.
+    std::string const format = output->format_name();
+    bool const selfChecked = format == "openexr";
+    bool const checkedWrites = output->supports("ioproxy") != 0 && format != "tiff" && !selfChecked;
     CheckedFile proxy(stream);
     if (checkedWrites) {
         output->set_ioproxy(&proxy);
@@ -256,7 +263,7 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
         error = closeError;
         return false;
     }
-    if (!checkedWrites && !readsBack(pending.path(), file.levels.size(), error)) {
+    if (!checkedWrites && !selfChecked && !readsBack(pending.path(), file.levels.size(), error)) {
         return false;
     }
     keepPermissions(pending.path(), destination);
