@@ -52,7 +52,7 @@ std::vector<int> plainChannels(OIIO::ImageSpec const& spec)
 }
 
 /// Spreads the grey channel `grey` over new R, G and B channels in front of
-/// the others, in the pixels and in the file spec.
+/// the others, in the pixels and in the file's ImageSpec.
 bool spreadGrey(ImageLevel& level, int grey, std::string& error)
 {
     OIIO::ImageSpec const& spec = level.pixels.spec();

@@ -19,7 +19,7 @@ namespace colorconfig {
 /// - UINT8 pixels go through `ColorConfig::transform` on an RGBA8 image;
 ///   FLOAT pixels out of "linear" through `colorConfigTransformRgb`, others
 ///   through a processor of the shared configuration and `colorconvert`;
-/// - the file spec's "oiio:ColorSpace" becomes `to`.
+/// - the "oiio:ColorSpace" of `fileSpec` becomes `to`.
 /// False, with the reason in `error`, when the conversion fails or the image
 /// has no colour channels; the pixels are unspecified then.
 bool convertLevel(ImageLevel& level, orv::String const& from, orv::String const& to, std::string& error);

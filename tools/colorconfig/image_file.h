@@ -15,7 +15,7 @@ struct ImageLevel {
     int subimage = 0;
     int miplevel = 0;
     /// What the file says of the image: data types, windows, tiling,
-    /// compression, attributes. The spec to write it back with.
+    /// compression, attributes. The ImageSpec to write it back with.
     OIIO::ImageSpec fileSpec;
     /// The pixels in memory, over the data window, as UINT8 or FLOAT.
     OIIO::ImageBuf pixels;
