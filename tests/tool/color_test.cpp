@@ -114,7 +114,8 @@ TEST_F(ToolColor, VerboseTellsTheRoute)
     };
     for (Case const& c : {Case{"linear", "SRGB", "built-in curve"}, Case{"Rec709", "linear", "built-in curve"},
                           Case{"srgb_tex", "lin", "processor"}, Case{"lin", "LIN", "same"}}) {
-        ToolResult const result = run({"color", "-v", "--config", config, "--from", c.from, "--to", c.to, "1", "1", "1"});
+        ToolResult const result =
+            run({"color", "-v", "--config", config, "--from", c.from, "--to", c.to, "1", "1", "1"});
         EXPECT_EQ(result.exitCode, 0) << result.err;
         std::vector<std::string> const lines = splitLines(result.err);
         ASSERT_EQ(lines.size(), 2u) << result.err;

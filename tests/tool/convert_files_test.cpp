@@ -105,6 +105,14 @@ TEST_F(ToolConvertFiles, OutputNeverReplacesItsInput)
     ToolResult const intoOwnFolder = run(convertArgs({"--out-dir", m_dir.path(), input}));
     EXPECT_EQ(intoOwnFolder.exitCode, 1);
     EXPECT_EQ(readImageFile(input).bytes, before.bytes);
+    // Nor an output over another input of the same run.
+    std::string const other = writePng(m_dir.mkdir("out") + "/in.png", 4);
+    ImageFile const otherBefore = readImageFile(other);
+    ToolResult const overAnother = run(convertArgs({"--out-dir", m_dir.path() + "/out", input, other}));
+    EXPECT_EQ(overAnother.exitCode, 1);
+    EXPECT_EQ(splitLines(overAnother.err)[0], "colorconfig: error: '" + other + "' would replace the input '" +
+                                                  other + "'; choose another output");
+    EXPECT_EQ(readImageFile(other).bytes, otherBefore.bytes);
 }
 
 TEST_F(ToolConvertFiles, TwoInputsOfTheSameNameDoNotOverwriteEachOther)
