@@ -111,8 +111,6 @@ bool findColorChannels(ImageLevel& level, ColorChannels& found, std::string& err
     return true;
 }
 
-std::string orUnknown(std::string text) { return text.empty() ? std::string("unknown error") : text; }
-
 /// The module's RGBA8 image transform over the colour channels and alpha of
 /// a UINT8 image; the other channels are not touched.
 bool convertBytes(OIIO::ImageBuf& pixels, ColorChannels const& where, orv::String const& from,

@@ -27,8 +27,6 @@ bool isEightBit(OIIO::ImageSpec const& spec)
     return true;
 }
 
-std::string orUnknown(std::string text) { return text.empty() ? std::string("unknown error") : text; }
-
 bool readLevel(OIIO::ImageInput& input, int subimage, int miplevel, Precision precision, ImageLevel& level,
                std::string& error)
 {
@@ -71,6 +69,8 @@ bool readLevel(OIIO::ImageInput& input, int subimage, int miplevel, Precision pr
 }
 
 } // namespace
+
+std::string orUnknown(std::string text) { return text.empty() ? std::string("unknown error") : text; }
 
 std::string formatForPath(std::string const& path)
 {

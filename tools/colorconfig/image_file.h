@@ -38,6 +38,10 @@ enum class Precision {
     Float,
 };
 
+/// `text` (an error message of OpenImageIO's), or "unknown error" when it is
+/// empty.
+std::string orUnknown(std::string text);
+
 /// The name of the OpenImageIO format (such as "png" or "openexr") that
 /// writes files with `path`'s extension, or empty when none does. Looks the
 /// extension up without making a writer: OpenImageIO 2.4.7's EXR writer

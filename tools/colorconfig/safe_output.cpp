@@ -117,8 +117,6 @@ std::string realTarget(std::string const& target)
     return target;
 }
 
-std::string orUnknown(std::string text) { return text.empty() ? std::string("unknown error") : text; }
-
 /// Refuses a file that the output format cannot hold whole.
 bool checkFormatHolds(OIIO::ImageOutput& output, ImageFile const& file, std::string& error)
 {
