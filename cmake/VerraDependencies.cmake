@@ -21,3 +21,12 @@ verra_filter_missing_includes(OpenImageIO::OpenImageIO_Util)
 
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(OpenColorIO REQUIRED IMPORTED_TARGET OpenColorIO>=2.1)
+
+# The command-line program's own libraries (header-only but for {fmt}): the
+# tests read its JSON with nlohmann/json too, so they are found here, where
+# every folder sees them.
+if(VERRA_BUILD_TOOLS)
+  find_package(CLI11 CONFIG REQUIRED)
+  find_package(nlohmann_json 3 CONFIG REQUIRED)
+  find_package(fmt CONFIG REQUIRED)
+endif()

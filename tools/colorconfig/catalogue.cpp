@@ -1,9 +1,11 @@
 #include "catalogue.h"
 
-#include "json_writer.h"
-#include "text_layout.h"
-
 #include <verra_sdk/colorconfig.h>
+
+#include <OpenImageIO/strutil.h>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
@@ -13,8 +15,12 @@ namespace {
 
 namespace sdk = orv::verra_sdk;
 
+namespace Strutil = OIIO::Strutil;
+
+/// The widest line: one less than 80, so that no terminal wraps it.
+constexpr int kLineWidth = 79;
 /// Indent of the entries under a heading.
-constexpr std::size_t kIndent = 2;
+constexpr int kIndent = 2;
 /// Display names up to this width get their views beside them.
 constexpr std::size_t kDisplayColumn = 24;
 
@@ -27,42 +33,50 @@ std::vector<std::string> toStrings(orv::StringVector const& list)
     return strings;
 }
 
-void appendLines(std::string& text, std::vector<std::string> const& lines)
+/// `text` after `first`, broken at blanks into lines of at most kLineWidth,
+/// the lines after the first indented to the width of `first`.
+std::string wrapped(std::string const& first, std::string_view text)
 {
-    for (std::string const& line : lines) {
-        text += line;
-        text += '\n';
+    return first + Strutil::wordwrap(text, kLineWidth, static_cast<int>(first.size())) + "\n";
+}
+
+/// `names` joined with ", ", broken only between two names.
+std::string wrappedList(std::string const& first, std::vector<std::string> const& names)
+{
+    // A unit separator stands for the blanks inside names while the text is
+    // broken at blanks.
+    std::vector<std::string> protectedNames;
+    for (std::string const& name : names) {
+        protectedNames.push_back(Strutil::replace(name, " ", "\x1f", true));
     }
+    return Strutil::replace(wrapped(first, Strutil::join(protectedNames, ", ")), "\x1f", " ", true);
 }
 
-std::string heading(char const* title, std::size_t count)
-{
-    return std::string(title) + " (" + std::to_string(count) + ")\n";
-}
+std::string heading(char const* title, std::size_t count) { return fmt::format("\n{} ({})\n", title, count); }
 
+/// `names` row by row in columns of equal width, as many as fit in a line.
 void appendNameList(std::string& text, char const* title, std::vector<std::string> const& names)
 {
-    text += '\n';
     text += heading(title, names.size());
     if (names.empty()) {
         text += "  (none)\n";
         return;
     }
-    appendLines(text, columns(names, kLineWidth, kIndent));
-}
-
-std::vector<std::string> viewLines(std::vector<std::string> const& views, std::string const& first,
-                                   std::size_t column)
-{
-    if (views.empty()) {
-        return {first + "(no views)"};
+    std::size_t widest = 0;
+    for (std::string const& name : names) {
+        widest = std::max(widest, name.size());
     }
-    return wrapList(views, kLineWidth, first, column);
+    std::size_t const cell = widest + 2;
+    std::size_t const perRow = std::max<std::size_t>(1, (kLineWidth - kIndent + 2) / cell);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        bool const last = i + 1 == names.size() || (i + 1) % perRow == 0;
+        text += (i % perRow == 0 ? std::string(kIndent, ' ') : std::string());
+        text += last ? names[i] + "\n" : fmt::format("{:<{}}", names[i], cell);
+    }
 }
 
 void appendDisplays(std::string& text, Catalogue const& catalogue)
 {
-    text += '\n';
     text += heading("Displays and their views", catalogue.displays.size());
     if (catalogue.displays.empty()) {
         text += "  (none)\n";
@@ -74,13 +88,13 @@ void appendDisplays(std::string& text, Catalogue const& catalogue)
     }
     std::size_t const column = std::min(kIndent + widest + 2, kDisplayColumn);
     for (auto const& [display, views] : catalogue.displays) {
-        std::string const first = std::string(kIndent, ' ') + display;
+        std::string first = std::string(kIndent, ' ') + display;
         if (first.size() + 2 > column) {
             text += first + '\n';
-            appendLines(text, viewLines(views, std::string(column, ' '), column));
-        } else {
-            appendLines(text, viewLines(views, padRight(first, column), column));
+            first.clear();
         }
+        first = fmt::format("{:<{}}", first, column);
+        text += views.empty() ? first + "(no views)\n" : wrappedList(first, views);
     }
 }
 
@@ -117,12 +131,11 @@ std::string catalogueText(Catalogue const& catalogue)
     if (!catalogue.problems.empty()) {
         text += "Errors\n";
         for (std::string const& problem : catalogue.problems) {
-            appendLines(text, wrapWords(problem, kLineWidth, std::string(kIndent, ' '), kIndent));
+            text += wrapped("  ", problem);
         }
         text += '\n';
     }
-    text += "Config\n";
-    appendLines(text, wrapWords(catalogue.report, kLineWidth, std::string(kIndent, ' '), kIndent));
+    text += "Config\n" + wrapped("  ", catalogue.report);
     if (catalogue.configFile.empty()) {
         text += "  In use: the built-in colour spaces only (linear, sRGB, Rec709).\n";
     }
@@ -137,26 +150,23 @@ std::string catalogueText(Catalogue const& catalogue)
 
 std::string catalogueJson(Catalogue const& catalogue)
 {
-    JsonWriter json;
-    json.beginObject();
-    json.string("report", catalogue.report);
-    json.string("configFile", catalogue.configFile);
-    json.stringArray("errors", catalogue.problems);
-    json.stringArray("colorSpaces", catalogue.colorSpaces);
-    json.string("defaultDisplay", catalogue.defaultDisplay);
-    json.string("defaultView", catalogue.defaultView);
-    json.beginArray("displays");
+    nlohmann::ordered_json displays = nlohmann::ordered_json::array();
     for (auto const& [display, views] : catalogue.displays) {
-        json.beginObject();
-        json.string("name", display);
-        json.stringArray("views", views);
-        json.endObject();
+        displays.push_back({{"name", display}, {"views", views}});
     }
-    json.endArray();
-    json.stringArray("looks", catalogue.looks);
-    json.stringArray("roles", catalogue.roles);
-    json.endObject();
-    return json.text();
+    nlohmann::ordered_json const json{
+        {"report", catalogue.report},
+        {"configFile", catalogue.configFile},
+        {"errors", catalogue.problems},
+        {"colorSpaces", catalogue.colorSpaces},
+        {"defaultDisplay", catalogue.defaultDisplay},
+        {"defaultView", catalogue.defaultView},
+        {"displays", displays},
+        {"looks", catalogue.looks},
+        {"roles", catalogue.roles},
+    };
+    // Bytes that are not UTF-8 (names are bytes to OpenColorIO) become U+FFFD.
+    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
 } // namespace colorconfig

@@ -1,31 +1,22 @@
 #include "closest_names.h"
 
+#include <OpenImageIO/strutil.h>
+
 #include <algorithm>
-#include <cctype>
-#include <numeric>
 
 namespace colorconfig {
 
 namespace {
+
+namespace Strutil = OIIO::Strutil;
 
 /// Edit distances up to this share of the query's length count as close.
 constexpr std::size_t kDistanceDivisor = 3;
 /// ... and always distances up to this many edits.
 constexpr std::size_t kMinimumDistance = 2;
 
-std::string folded(std::string_view text)
-{
-    std::size_t const begin = text.find_first_not_of(" \t\n\v\f\r");
-    if (begin == std::string_view::npos) {
-        return std::string();
-    }
-    std::size_t const end = text.find_last_not_of(" \t\n\v\f\r");
-    std::string lower(text.substr(begin, end - begin + 1));
-    for (char& c : lower) {
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
-    return lower;
-}
+/// `text` without blanks around it, in lower case.
+std::string folded(std::string_view text) { return Strutil::lower(Strutil::strip(text)); }
 
 struct Candidate {
     std::size_t index;
@@ -33,23 +24,6 @@ struct Candidate {
 };
 
 } // namespace
-
-std::size_t editDistance(std::string_view a, std::string_view b)
-{
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i;
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            std::size_t const above = row[j];
-            std::size_t const substitution = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-            row[j] = std::min({above + 1, row[j - 1] + 1, substitution});
-            diagonal = above;
-        }
-    }
-    return row[b.size()];
-}
 
 std::vector<std::string> closestNames(std::string_view query, std::vector<std::string> const& candidates,
                                       std::size_t limit)
@@ -65,8 +39,8 @@ std::vector<std::string> closestNames(std::string_view query, std::vector<std::s
         if (name.empty()) {
             continue;
         }
-        bool const overlap = name.find(wanted) != std::string::npos || wanted.find(name) != std::string::npos;
-        std::size_t const distance = editDistance(wanted, name);
+        bool const overlap = Strutil::contains(name, wanted) || Strutil::contains(wanted, name);
+        std::size_t const distance = Strutil::edit_distance(wanted, name);
         if (overlap || distance <= threshold) {
             close.push_back({i, distance});
         }

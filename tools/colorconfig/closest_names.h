@@ -17,8 +17,5 @@ namespace colorconfig {
 std::vector<std::string> closestNames(std::string_view query, std::vector<std::string> const& candidates,
                                       std::size_t limit);
 
-/// The number of single-byte insertions, deletions and substitutions that
-/// turn `a` into `b` (Levenshtein distance), comparing bytes exactly.
-std::size_t editDistance(std::string_view a, std::string_view b);
 
 } // namespace colorconfig

@@ -33,9 +33,9 @@ void reportUnknownColorSpace(std::string const& name)
     }
     std::vector<std::string> const close = closestNames(name, listed, kSuggestions);
     if (close.empty()) {
-        console::error("unknown colour space '%s' ('colorconfig info' lists them all)", name.c_str());
+        console::error("unknown colour space '{}' ('colorconfig info' lists them all)", name);
     } else {
-        console::error("unknown colour space '%s'; closest: %s", name.c_str(), joined(close).c_str());
+        console::error("unknown colour space '{}'; closest: {}", name, joined(close));
     }
 }
 

@@ -3,41 +3,29 @@
 #include "color_names.h"
 #include "commands.h"
 #include "console.h"
-#include "help.h"
 
 #include <verra_sdk/color_route.h>
 #include <verra_sdk/colorconfig.h>
 
-#include <cstdio>
+#include <fmt/format.h>
 
 namespace colorconfig {
 
-namespace {
-
 namespace sdk = orv::verra_sdk;
-
-std::string formatNumber(double value)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%.17g", value);
-    return text;
-}
-
-} // namespace
 
 ExitCode runColor(Context const& context)
 {
-    std::vector<std::string> const& words = context.args.positionals();
+    std::vector<std::string> const& words = context.options.positionals;
     double channels[4] = {0.0, 0.0, 0.0, 1.0};
     for (std::size_t i = 0; i < words.size(); ++i) {
         if (!parseNumber(words[i], channels[i])) {
-            console::error("'%s' is not a number", words[i].c_str());
-            console::errorText(usageHint(findCommand("color")));
+            console::error("'{}' is not a number", words[i]);
+            console::errorText("Run 'colorconfig color --help' for more.\n");
             return ExitCode::Usage;
         }
     }
-    orv::String const from = resolveColorSpace(context.args.value("--from"));
-    orv::String const to = resolveColorSpace(context.args.value("--to"));
+    orv::String const from = resolveColorSpace(context.options.from);
+    orv::String const to = resolveColorSpace(context.options.to);
     if (from.isEmpty() || to.isEmpty()) {
         return ExitCode::Failure;
     }
@@ -45,17 +33,18 @@ ExitCode runColor(Context const& context)
     // so the route is asked first.
     sdk::ColorRoute const route = sdk::colorRoute(from, to);
     if (route == sdk::ColorRoute::None) {
-        console::error("cannot convert from '%s' to '%s' with this config", from.buf(), to.buf());
+        console::error("cannot convert from '{}' to '{}' with this config", from.view(), to.view());
         return ExitCode::Failure;
     }
-    if (context.args.has("--verbose")) {
-        console::note("route from '%s' to '%s': %s", from.buf(), to.buf(), sdk::colorRouteName(route));
+    if (context.options.verbose) {
+        console::note("route from '{}' to '{}': {}", from.view(), to.view(), sdk::colorRouteName(route));
     }
     orv::math::RgbaT<double> const converted =
         sdk::ColorConfig::transform({channels[0], channels[1], channels[2], channels[3]}, from, to);
-    std::string line = formatNumber(converted.r) + " " + formatNumber(converted.g) + " " + formatNumber(converted.b);
+    // 17 significant digits read back as the same double.
+    std::string line = fmt::format("{:.17g} {:.17g} {:.17g}", converted.r, converted.g, converted.b);
     if (words.size() == 4) {
-        line += " " + formatNumber(converted.a);
+        line += fmt::format(" {:.17g}", converted.a);
     }
     console::out(line);
     return ExitCode::Success;

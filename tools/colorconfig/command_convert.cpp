@@ -4,9 +4,10 @@
 #include "commands.h"
 #include "console.h"
 #include "convert_level.h"
-#include "help.h"
 #include "image_file.h"
 #include "safe_output.h"
+
+#include <fmt/format.h>
 
 #include <filesystem>
 #include <set>
@@ -25,23 +26,23 @@ struct Job {
 
 /// The jobs of `convert IN OUT` or `convert --out-dir DIR IN...`; false after
 /// a message when the command line does not name them properly.
-bool planJobs(ParsedArgs const& args, std::vector<Job>& jobs, ExitCode& failure)
+bool planJobs(Options const& options, std::vector<Job>& jobs, ExitCode& failure)
 {
-    std::vector<std::string> const& words = args.positionals();
-    if (!args.has("--out-dir")) {
+    std::vector<std::string> const& words = options.positionals;
+    if (!options.hasOutDir) {
         if (words.size() != 2) {
             console::error("'convert' needs IN and OUT, or --out-dir DIR and one or more IN");
-            console::errorText(usageHint(findCommand("convert")));
+            console::errorText("Run 'colorconfig convert --help' for more.\n");
             failure = ExitCode::Usage;
             return false;
         }
         jobs.push_back({words[0], words[1]});
         return true;
     }
-    std::string const folder = args.value("--out-dir");
+    std::string const& folder = options.outDir;
     std::error_code ignored;
     if (!stdfs::is_directory(folder, ignored)) {
-        console::error("output folder '%s' does not exist or is not a folder", folder.c_str());
+        console::error("output folder '{}' does not exist or is not a folder", folder);
         failure = ExitCode::Failure;
         return false;
     }
@@ -75,14 +76,14 @@ bool convertOne(Job const& job, std::vector<Job> const& jobs, orv::String const&
                 std::set<std::string>& written)
 {
     if (std::string const* input = inputReplacedBy(job.output, jobs)) {
-        console::error("'%s' would replace the input '%s'; choose another output", job.output.c_str(),
-                       input->c_str());
+        console::error("'{}' would replace the input '{}'; choose another output", job.output,
+                       *input);
         return false;
     }
     std::string const target = stdfs::path(job.output).lexically_normal().string();
     if (written.count(target) != 0) {
-        console::error("'%s' was already written by an earlier input; '%s' is skipped", job.output.c_str(),
-                       job.input.c_str());
+        console::error("'{}' was already written by an earlier input; '{}' is skipped", job.output,
+                       job.input);
         return false;
     }
     // 8-bit pixels stay 8-bit only when the output stores 8 bits: the
@@ -92,17 +93,17 @@ bool convertOne(Job const& job, std::vector<Job> const& jobs, orv::String const&
     ImageFile file;
     std::string message;
     if (!readImageFile(job.input, precision, file, message)) {
-        console::error("cannot read '%s': %s", job.input.c_str(), message.c_str());
+        console::error("cannot read '{}': {}", job.input, message);
         return false;
     }
     for (ImageLevel& level : file.levels) {
         if (!convertLevel(level, from, to, message)) {
-            console::error("'%s' was not converted: %s", job.input.c_str(), message.c_str());
+            console::error("'{}' was not converted: {}", job.input, message);
             return false;
         }
     }
     if (!writeImageFile(job.output, file, message)) {
-        console::error("cannot write '%s': %s", job.output.c_str(), message.c_str());
+        console::error("cannot write '{}': {}", job.output, message);
         return false;
     }
     written.insert(target);
@@ -115,11 +116,11 @@ ExitCode runConvert(Context const& context)
 {
     std::vector<Job> jobs;
     ExitCode failure = ExitCode::Success;
-    if (!planJobs(context.args, jobs, failure)) {
+    if (!planJobs(context.options, jobs, failure)) {
         return failure;
     }
-    orv::String const from = resolveColorSpace(context.args.value("--from"));
-    orv::String const to = resolveColorSpace(context.args.value("--to"));
+    orv::String const from = resolveColorSpace(context.options.from);
+    orv::String const to = resolveColorSpace(context.options.to);
     if (from.isEmpty() || to.isEmpty()) {
         return ExitCode::Failure;
     }
@@ -128,8 +129,7 @@ ExitCode runConvert(Context const& context)
     ExitCode code = ExitCode::Success;
     for (std::size_t i = 0; i < jobs.size(); ++i) {
         if (showProgress) {
-            console::status("[" + std::to_string(i + 1) + "/" + std::to_string(jobs.size()) + "] converting " +
-                            jobs[i].input);
+            console::status(fmt::format("[{}/{}] converting {}", i + 1, jobs.size(), jobs[i].input));
         }
         if (convertOne(jobs[i], jobs, from, to, written)) {
             console::out(jobs[i].input + " -> " + jobs[i].output);

@@ -10,7 +10,7 @@ namespace colorconfig {
 
 ExitCode runFind(Context const& context)
 {
-    std::vector<std::string> const& names = context.args.positionals();
+    std::vector<std::string> const& names = context.options.positionals;
     bool const prefixed = names.size() > 1;
     ExitCode code = ExitCode::Success;
     for (std::string const& name : names) {

@@ -9,14 +9,14 @@ namespace colorconfig {
 
 ExitCode runGuess(Context const& context)
 {
-    std::vector<std::string> const& files = context.args.positionals();
-    bool const fallback = !context.args.has("--no-fallback");
+    std::vector<std::string> const& files = context.options.positionals;
+    bool const fallback = !context.options.noFallback;
     bool const prefixed = files.size() > 1;
     ExitCode code = ExitCode::Success;
     for (std::string const& file : files) {
         orv::String const space = orv::verra_sdk::ColorConfig::parseColorSpace(orv::String(file), fallback);
         if (space.isEmpty()) {
-            console::error("no colour space found for '%s'", file.c_str());
+            console::error("no colour space found for '{}'", file);
             code = ExitCode::Failure;
             continue;
         }

@@ -10,7 +10,7 @@ namespace colorconfig {
 ExitCode runInfo(Context const& context)
 {
     Catalogue const catalogue = readCatalogue(context.config);
-    std::string const text = context.args.has("--json") ? catalogueJson(catalogue) : catalogueText(catalogue);
+    std::string const text = context.options.json ? catalogueJson(catalogue) : catalogueText(catalogue);
     std::fwrite(text.data(), 1, text.size(), stdout);
     return ExitCode::Success;
 }

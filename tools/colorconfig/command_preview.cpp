@@ -21,13 +21,6 @@ namespace {
 
 namespace sdk = orv::verra_sdk;
 
-/// The colour space named by the option `option`, or `fallback` when it is
-/// not given; empty after an error.
-orv::String spaceOption(ParsedArgs const& args, char const* option, char const* fallback)
-{
-    return args.has(option) ? resolveColorSpace(args.value(option)) : orv::String(fallback);
-}
-
 /// The opaque RGBA8 preview of the FLOAT RGB pixels `rgb` in `from`,
 /// converted into `to`: out of "linear" through `colorConfigGenerateRgba8`;
 /// out of any other space through a processor, then OpenImageIO's own
@@ -63,43 +56,43 @@ bool makePreview(OIIO::ImageBuf& rgb, orv::String const& from, orv::String const
 
 ExitCode runPreview(Context const& context)
 {
-    std::string const& input = context.args.positionals()[0];
-    std::string const& output = context.args.positionals()[1];
+    std::string const& input = context.options.positionals[0];
+    std::string const& output = context.options.positionals[1];
     std::error_code ignored;
     if (std::filesystem::equivalent(input, output, ignored)) {
-        console::error("'%s' would replace its own input; choose another output", output.c_str());
+        console::error("'{}' would replace its own input; choose another output", output);
         return ExitCode::Failure;
     }
-    orv::String const from = spaceOption(context.args, "--from", "linear");
-    orv::String const to = spaceOption(context.args, "--to", "sRGB");
+    orv::String const from = resolveColorSpace(context.options.from);
+    orv::String const to = resolveColorSpace(context.options.to);
     if (from.isEmpty() || to.isEmpty()) {
         return ExitCode::Failure;
     }
     std::string const format = formatForPath(output);
     if (!format.empty() && !formatStoresBytes(format)) {
-        console::error("cannot write '%s': a preview is 8-bit, and %s files do not hold 8-bit values",
-                       output.c_str(), format.c_str());
+        console::error("cannot write '{}': a preview is 8-bit, and {} files do not hold 8-bit values",
+                       output, format);
         return ExitCode::Failure;
     }
     auto const writer = OIIO::ImageOutput::create(output);
     if (!writer) {
-        console::error("cannot write '%s': %s", output.c_str(), OIIO::geterror().c_str());
+        console::error("cannot write '{}': {}", output, OIIO::geterror());
         return ExitCode::Failure;
     }
     ImageFile file;
     std::string message;
     if (!readImageFile(input, Precision::Float, file, message)) {
-        console::error("cannot read '%s': %s", input.c_str(), message.c_str());
+        console::error("cannot read '{}': {}", input, message);
         return ExitCode::Failure;
     }
     if (file.levels.size() > 1) {
-        console::note("'%s' holds %zu images; the preview shows the first", input.c_str(), file.levels.size());
+        console::note("'{}' holds {} images; the preview shows the first", input, file.levels.size());
     }
     ImageLevel& level = file.levels.front();
     OIIO::ImageBuf rgb;
     OIIO::ImageBuf preview;
     if (!colorChannelsOf(level, rgb, message) || !makePreview(rgb, from, to, preview, message)) {
-        console::error("'%s' was not converted: %s", input.c_str(), message.c_str());
+        console::error("'{}' was not converted: {}", input, message);
         return ExitCode::Failure;
     }
     ImageFile result;
@@ -116,7 +109,7 @@ ExitCode runPreview(Context const& context)
     out.fileSpec = out.pixels.spec();
     out.fileSpec.attribute("oiio:ColorSpace", std::string(to.view()));
     if (!writeImageFile(output, result, message)) {
-        console::error("cannot write '%s': %s", output.c_str(), message.c_str());
+        console::error("cannot write '{}': {}", output, message);
         return ExitCode::Failure;
     }
     console::out(input + " -> " + output);

@@ -1,6 +1,5 @@
 #include "console.h"
 
-#include <cstdarg>
 #include <cstdio>
 #include <unistd.h>
 
@@ -14,47 +13,23 @@ constexpr std::size_t kStatusWidth = 79;
 
 bool s_statusShown = false;
 
-void printPrefixed(char const* prefix, char const* fmt, std::va_list args)
-{
-    clearStatus();
-    std::fflush(stdout);
-    std::fputs(prefix, stderr);
-    std::vfprintf(stderr, fmt, args);
-    std::fputc('\n', stderr);
-    std::fflush(stderr);
-}
-
 } // namespace
 
-void out(std::string const& line)
+void out(std::string const& text)
 {
     clearStatus();
-    std::fwrite(line.data(), 1, line.size(), stdout);
+    std::fwrite(text.data(), 1, text.size(), stdout);
     std::fputc('\n', stdout);
 }
 
-void error(char const* fmt, ...)
+void line(std::string_view prefix, std::string const& message)
 {
-    std::va_list args;
-    va_start(args, fmt);
-    printPrefixed("colorconfig: error: ", fmt, args);
-    va_end(args);
-}
-
-void warning(char const* fmt, ...)
-{
-    std::va_list args;
-    va_start(args, fmt);
-    printPrefixed("colorconfig: warning: ", fmt, args);
-    va_end(args);
-}
-
-void note(char const* fmt, ...)
-{
-    std::va_list args;
-    va_start(args, fmt);
-    printPrefixed("colorconfig: ", fmt, args);
-    va_end(args);
+    clearStatus();
+    std::fflush(stdout);
+    std::fwrite(prefix.data(), 1, prefix.size(), stderr);
+    std::fwrite(message.data(), 1, message.size(), stderr);
+    std::fputc('\n', stderr);
+    std::fflush(stderr);
 }
 
 void errorText(std::string const& text)

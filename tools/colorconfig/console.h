@@ -3,7 +3,10 @@
 // diagnostics on standard error, and a transient status line that is shown
 // only when standard error is a terminal.
 
+#include <fmt/format.h>
+
 #include <string>
+#include <string_view>
 
 namespace colorconfig::console {
 
@@ -11,26 +14,30 @@ namespace colorconfig::console {
 /// status line.
 void out(std::string const& line);
 
+/// Writes `prefix`, `message` and a line end to standard error, after
+/// clearing the status line and flushing standard output.
+void line(std::string_view prefix, std::string const& message);
+
 /// Writes "colorconfig: error: <message>" to standard error.
-void error(char const* fmt, ...)
-#if defined(__GNUC__)
-    __attribute__((format(printf, 1, 2)))
-#endif
-    ;
+template <class... Args>
+void error(fmt::format_string<Args...> format, Args&&... args)
+{
+    line("colorconfig: error: ", fmt::format(format, std::forward<Args>(args)...));
+}
 
 /// Writes "colorconfig: warning: <message>" to standard error.
-void warning(char const* fmt, ...)
-#if defined(__GNUC__)
-    __attribute__((format(printf, 1, 2)))
-#endif
-    ;
+template <class... Args>
+void warning(fmt::format_string<Args...> format, Args&&... args)
+{
+    line("colorconfig: warning: ", fmt::format(format, std::forward<Args>(args)...));
+}
 
 /// Writes "colorconfig: <message>" to standard error.
-void note(char const* fmt, ...)
-#if defined(__GNUC__)
-    __attribute__((format(printf, 1, 2)))
-#endif
-    ;
+template <class... Args>
+void note(fmt::format_string<Args...> format, Args&&... args)
+{
+    line("colorconfig: ", fmt::format(format, std::forward<Args>(args)...));
+}
 
 /// Writes `text` to standard error as it is (usage texts, hints).
 void errorText(std::string const& text);

@@ -21,7 +21,7 @@ int main(int argc, char** argv)
         std::vector<std::string> const words(argv + (argc > 0 ? 1 : 0), argv + argc);
         code = colorconfig::runCli(words);
     } catch (std::exception const& exception) {
-        colorconfig::console::error("%s", exception.what());
+        colorconfig::console::error("{}", exception.what());
         code = ExitCode::Failure;
     } catch (...) {
         colorconfig::console::error("unexpected failure");

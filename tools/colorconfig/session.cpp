@@ -1,5 +1,6 @@
 #include "session.h"
 
+#include "command.h"
 #include "config_check.h"
 #include "console.h"
 
@@ -11,7 +12,7 @@
 namespace colorconfig {
 
 ErrorLogToStderr::ErrorLogToStderr()
-    : m_previous(orv::setErrorSink([](char const* line) { console::error("%s", line); }))
+    : m_previous(orv::setErrorSink([](char const* line) { console::error("{}", line); }))
 {
 }
 
@@ -44,19 +45,19 @@ std::string oneLine(std::string text)
 
 } // namespace
 
-LoadedConfig loadConfiguration(ParsedArgs const& args, bool reportToStderr)
+LoadedConfig loadConfiguration(Options const& options, bool reportToStderr)
 {
-    std::string const requested = args.value("--config");
+    std::string const& requested = options.config;
     LoadedConfig loaded;
     loaded.report = orv::verra_sdk::ColorConfig::loadOcioConfig(orv::String(requested));
     std::string_view const report = loaded.report.view();
-    if (reportToStderr && args.has("--verbose")) {
-        console::note("%s", loaded.report.buf());
+    if (reportToStderr && options.verbose) {
+        console::note("{}", loaded.report.view());
     }
     // Every report of a config file in use starts with "Using"; any other
     // one means that the built-in colour spaces are in use.
     loaded.usesFile = report.substr(0, 5) == "Using";
-    if (args.has("--config") && !(loaded.usesFile && usesRequested(report, requested))) {
+    if (options.hasConfig && !(loaded.usesFile && usesRequested(report, requested))) {
         loaded.problems.push_back("the config named by --config '" + requested +
                                   "' was not found; the module reports: " + std::string(report));
         return loaded;

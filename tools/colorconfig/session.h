@@ -2,8 +2,6 @@
 // What every subcommand does before it runs: route the colour module's error
 // lines to standard error, and load the configuration.
 
-#include "args.h"
-
 #include <orv/log.h>
 #include <orv/string.h>
 
@@ -11,6 +9,8 @@
 #include <vector>
 
 namespace colorconfig {
+
+struct Options;
 
 /// Sends every line of the module's error log to standard error as
 /// "colorconfig: error: <line>" while it lives; restores the previous sink
@@ -44,6 +44,6 @@ struct LoadedConfig {
 /// not given, so that ocio.txt and $OCIO are still honoured) and checks what
 /// it gave. With --verbose and `reportToStderr`, the report is printed on
 /// standard error.
-LoadedConfig loadConfiguration(ParsedArgs const& args, bool reportToStderr);
+LoadedConfig loadConfiguration(Options const& options, bool reportToStderr);
 
 } // namespace colorconfig
