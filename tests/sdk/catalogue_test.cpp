@@ -1,164 +1,225 @@
-// Displays, looks, roles, the default display and view, and the views map.
+// Choosing the configuration, with the report of every outcome; the reset
+// and the caches it refills; the catalogue's lists against golden lists, for
+// configs written here and for the real ones of the shared folder.
 
-#include <verra_sdk/colorconfig.h>
+#include "sdk_test.h"
 
-#include "support/module_env.h"
-#include "support/names.h"
+#include <OpenImageIO/imageio.h>
+#include <OpenImageIO/strutil.h>
 
-#include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
-#include <map>
-#include <string>
-#include <vector>
+#include <filesystem>
 
 using namespace orv::verra_sdk;
+using namespace verra_test;
+namespace stdfs = std::filesystem;
 
 namespace {
 
-using verra_test::Names;
-using verra_test::texts;
+using Discovery = SdkTest;
 
-using ViewMap = std::map<std::string, Names>;
-
-
-ViewMap asMap(orv::ds::HashMap<orv::String, orv::StringVector> const& map)
+TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
 {
-    ViewMap out;
-    for (auto const& node : map) {
-        EXPECT_EQ(out.count(node.key.buf()), 0u) << "key listed twice: " << node.key.buf();
-        out[node.key.buf()] = texts(node.value);
+    for (char const* name : {"a", "b", "c"}) {
+        OcioConfigText config;
+        config.colorSpaces = {std::string("from_") + name};
+        env.writeConfig(std::string(name) + "/config.ocio", config);
     }
+    env.dir().write("home/b.ocio", readFile(env.dir().file("b/config.ocio")));
+    stdfs::create_directory_symlink(env.dir().file("a"), env.dir().file("link"));
+    std::string const dir = env.dir().path();
+    std::pair<char const*, std::string> const tokens[] = {
+        {"{A}", dir + "/a/config.ocio"}, {"{B}", dir + "/b/config.ocio"}, {"{C}", dir + "/c/config.ocio"},
+        {"{H}", dir + "/home/b.ocio"}, {"{M}", dir + "/nowhere/missing.ocio"},
+        {"{T}", env.productDir() + "/ocio.txt"}, {"{D}", dir}, {"{V}", std::string(10000, 'V')}};
+    auto const expand = [&](std::string text) {
+        for (auto const& [token, value] : tokens) {
+            text = OIIO::Strutil::replace(text, token, value, true);
+        }
+        return text;
+    };
+    char const* const no = nullptr;
+    char const* const builtIn = "No OCIO config found, will use built-in color spaces.";
+    char const* const byVar = "Using {B} according to the 'VERRA_TEST_CFG' env var.";
+    char const* const noVar = "Error: no OCIO config found at 'VERRA_TEST_CFG' env var path: {M}";
+    char const* const noTxtConfig = "Error: read {T} but could not find the OCIO config it specifies: ";
+    char const* const txtMissing = "Error: read {T} but could not find the OCIO config it specifies: {M}";
+    char const* const cases[][6] = {
+        // argument, ocio.txt (or none), $OCIO, $VERRA_TEST_CFG (or unset), report, the config's colour space
+        {"", no, no, no, builtIn, ""},
+        {"{A}", "{B}", "{C}", "{B}", "Using specified OCIO config: {A}", "from_a"},
+        {"{D}/b/../link//config.ocio", no, no, no, "Using specified OCIO config: {A}", "from_a"},
+        {"{M}", no, no, no, "'{M}' env var not set, will use built-in color spaces.", ""},
+        {"${V}", no, no, no, "'{V}' env var not set, will use built-in color spaces.", ""},
+        {"$", no, no, no, "The specified OCIO config file was not found: $", ""},
+        {"VERRA_TEST_CFG", no, no, "{B}", byVar, "from_b"},
+        {"$VERRA_TEST_CFG", "{A}", "{C}", "{B}", byVar, "from_b"},
+        {"%VERRA_TEST_CFG%", no, no, "{B}", byVar, "from_b"},
+        {"$VERRA_TEST_CFG", no, no, "{D}/x/..//nowhere/./missing.ocio", noVar, ""},
+        {"", "  {B}\r\n", "{C}", no, "Using OCIO config {B} according to {T}.", "from_b"},
+        {"", "{D}/nowhere/../nowhere/missing.ocio\n", no, no, txtMissing, ""},
+        {"", " \r\n", no, no, noTxtConfig, ""},
+        {"", "{M}", "{C}", no, "Using {C} according to the 'OCIO' env var.", "from_c"},
+        {"{M}", no, "{C}", no, "Using {C} according to the 'OCIO' env var.", "from_c"},
+        {"", no, "{M}", no, builtIn, ""},
+        {"$VERRA_TEST_CFG", "{M}", "{M}3", "{M}", txtMissing, ""}, // the last source tried reports
+        {"$VERRA_TEST_CFG", no, "{M}3", "{M}", noVar, ""},
+        // Each source may start at the home directory.
+        {"~/b.ocio", no, no, no, "Using specified OCIO config: {H}", "from_b"},
+        {"VERRA_TEST_CFG", no, no, "~/b.ocio", "Using {H} according to the 'VERRA_TEST_CFG' env var.", "from_b"},
+        {"", "~/b.ocio\n", no, no, "Using OCIO config {H} according to {T}.", "from_b"},
+        {"", no, "~/b.ocio", no, "Using {H} according to the 'OCIO' env var.", "from_b"},
+    };
+    EnvGuard const variable("VERRA_TEST_CFG");
+    for (auto const& c : cases) {
+        stdfs::remove(expand("{T}"));
+        if (c[1] != nullptr) {
+            env.writeOcioTxt(expand(c[1]));
+        }
+        c[2] != nullptr ? env.ocio().set(expand(c[2])) : env.ocio().unset();
+        c[3] != nullptr ? variable.set(expand(c[3])) : variable.unset();
+        EXPECT_EQ(load(expand(c[0])), expand(c[4])) << c[0] << ", ocio.txt " << (c[1] ? c[1] : "none");
+        Names const listed = texts(ColorConfig::colorSpaces());
+        EXPECT_EQ(listed.size() > 3 ? listed[3] : "", c[5]) << c[0];
+    }
+    // An ocio.txt that is a folder is no source; one that cannot be read is reported.
+    stdfs::remove(expand("{T}"));
+    env.ocio().unset();
+    env.dir().mkdir("xdg/verra/ocio.txt");
+    EXPECT_EQ(load(""), builtIn);
+    EXPECT_EQ(log.lines(), Lines{});
+    if (::geteuid() != 0) { // permissions do not stop the superuser
+        stdfs::remove(expand("{T}"));
+        stdfs::permissions(env.writeOcioTxt(expand("{B}")), stdfs::perms::none);
+        EXPECT_EQ(load(""), expand("Error: found {T} but failed to open it for reading."));
+    }
+}
+
+/// The views map as "display: view, view" lines, sorted by display.
+Names viewLines(orv::ds::HashMap<orv::String, orv::StringVector> const& map)
+{
+    Names out;
+    for (auto const& node : map) {
+        out.push_back(std::string(node.key.buf()) + ": " + OIIO::Strutil::join(texts(node.value), ", "));
+    }
+    std::sort(out.begin(), out.end());
     return out;
 }
 
-/// A config with two displays sharing a view name, a display listed twice
-/// in active_displays and a view listed twice in active_views.
-verra_test::OcioConfigText repeatingConfig()
-{
-    verra_test::OcioConfigText config;
-    config.colorSpaces = {"lin", "raw"};
-    config.displays = {{"Monitor", {"Film", "Raw", "Log"}}, {"Projector", {"Film"}}, {"monitor", {"Raw"}}};
-    config.activeDisplays = "Monitor, Projector, Monitor, monitor";
-    config.activeViews = "Film, Raw, Film, Log";
-    config.looks = {"warm", "cool"};
-    config.roles = {{"scene_linear", "lin"}, {"data", "raw"}};
-    return config;
-}
+using Reset = SdkTest;
 
-class Catalogue : public ::testing::Test {
-protected:
-    std::string load(verra_test::OcioConfigText const& config, std::string const& name = "config.ocio")
-    {
-        std::string const path = env.writeConfig(name, config);
-        EXPECT_EQ(std::string(ColorConfig::loadOcioConfig(orv::String(path.c_str())).buf()),
-                  "Using specified OCIO config: " + path);
-        return path;
+TEST_F(Reset, CachesHoldTheirListsUntilTheNextConfig)
+{
+    OcioConfigText first;
+    first.colorSpaces = {"one_a", "one_b"};
+    first.displays = {{"OneDisplay", {"OneView"}}, {"Monitor", {"OneOnly"}}};
+    first.looks = {"one_look"};
+    // A display listed twice, one that differs only in case, a view listed twice.
+    OcioConfigText second;
+    second.displays = {{"Monitor", {"Film", "Raw", "Log"}}, {"Projector", {"Film"}}, {"monitor", {"Raw"}}};
+    second.activeDisplays = "Monitor, Projector, Monitor, monitor";
+    second.activeViews = "Film, Raw, Film, Log";
+    second.looks = {"warm", "cool"};
+    second.roles = {{"scene_linear", "lin"}, {"data", "raw"}};
+    auto const expectLists = [](Names const& spaces, Names const& shown, Names const& viewsShown,
+                                Names const& lookNames, Names const& roleNames) {
+        EXPECT_EQ(texts(ColorConfig::colorSpaces()), spaces);
+        EXPECT_EQ(texts(displays()), shown);
+        EXPECT_EQ(viewLines(views()), viewsShown);
+        EXPECT_EQ(texts(looks()), lookNames);
+        EXPECT_EQ(texts(roles()), roleNames);
+        EXPECT_STREQ(ColorConfig::findColorSpace("RAW").buf(), spaces.back() == "raw" ? "raw" : "");
+    };
+    loadConfig(first, "first.ocio");
+    // Callers get copies of the lists; the views map shares its lists.
+    for (orv::StringVector list : {ColorConfig::colorSpaces(), displays(), looks(), roles()}) {
+        list.push_back("added by the caller");
     }
-
-    verra_test::ModuleEnv env;
-};
-
-TEST_F(Catalogue, WithoutConfigEverythingIsEmpty)
-{
-    ColorConfig::loadOcioConfig("");
-    EXPECT_TRUE(displays().empty());
-    EXPECT_TRUE(looks().empty());
-    EXPECT_TRUE(roles().empty());
-    EXPECT_EQ(views().size(), 0u);
-    EXPECT_TRUE(defaultDisplay().isEmpty());
-    EXPECT_TRUE(defaultView().isEmpty());
-}
-
-TEST_F(Catalogue, DisplaysDropExactRepeatsAndKeepCaseVariants)
-{
-    load(repeatingConfig());
-    // OpenImageIO passes the repeated active display through; the module drops it.
-    OIIO::ColorConfig& raw = colorConfig();
-    ASSERT_EQ(raw.getNumDisplays(), 4);
-    EXPECT_EQ(texts(displays()), (Names{"Monitor", "Projector", "monitor"}));
-}
-
-TEST_F(Catalogue, ViewsMapEachDisplayToItsViewsInOrderWithoutRepeats)
-{
-    load(repeatingConfig());
-    ASSERT_EQ(colorConfig().getNumViews("Monitor"), 4);
-    // OpenColorIO finds a display's views without regard to case, so the
-    // display "monitor" shows the views of "Monitor".
-    EXPECT_EQ(asMap(views()), (ViewMap{{"Monitor", {"Film", "Raw", "Log"}},
-                                       {"Projector", {"Film"}},
-                                       {"monitor", {"Film", "Raw", "Log"}}}));
-}
-
-TEST_F(Catalogue, LooksAndRolesAreListed)
-{
-    load(repeatingConfig());
-    EXPECT_EQ(texts(looks()), (Names{"warm", "cool"}));
-    Names roleNames = texts(roles());
-    std::sort(roleNames.begin(), roleNames.end());
-    EXPECT_EQ(roleNames, (Names{"data", "default", "scene_linear"}));
-}
-
-TEST_F(Catalogue, DefaultsAreTheFirstActiveDisplayAndItsFirstView)
-{
-    load(repeatingConfig());
+    views().set("Added", orv::StringVector{"x"});
+    views().find("Monitor")->push_back("Shared");
+    // A config changed under the caches: only the defaults, never cached, follow.
+    std::string const path = env.writeConfig("second.ocio", second);
+    ASSERT_TRUE(colorConfig().reset(path));
     EXPECT_STREQ(defaultDisplay().buf(), "Monitor");
     EXPECT_STREQ(defaultView().buf(), "Film");
+    expectLists({"linear", "sRGB", "Rec709", "one_a", "one_b"}, {"OneDisplay", "Monitor"},
+                {"Monitor: OneOnly, Shared", "OneDisplay: OneView"}, {"one_look"}, {"default"});
+    EXPECT_EQ(load(path), "Using specified OCIO config: " + path);
+    ASSERT_EQ(colorConfig().getNumDisplays(), 4); // OpenImageIO passes the repeat on
+    // OpenColorIO finds a display's views without regard to case.
+    expectLists({"linear", "sRGB", "Rec709", "lin", "raw"}, {"Monitor", "Projector", "monitor"},
+                {"Monitor: Film, Raw, Log", "Projector: Film", "monitor: Film, Raw, Log"}, {"warm", "cool"},
+                {"data", "default", "scene_linear"});
+    EXPECT_EQ(load(""), "No OCIO config found, will use built-in color spaces.");
+    expectLists({"linear", "sRGB", "Rec709"}, {}, {}, {}, {});
+    EXPECT_STREQ(defaultDisplay().buf(), "");
+    EXPECT_STREQ(defaultView().buf(), "");
+    EXPECT_EQ(log.lines(), Lines{});
 }
 
-TEST_F(Catalogue, ReturnedListsAreIndependentOfTheCaches)
+TEST_F(Reset, RefusedFilesLogOnlyAPendingGlobalError)
 {
-    load(repeatingConfig());
-    orv::StringVector d = displays();
-    orv::StringVector l = looks();
-    orv::StringVector r = roles();
-    d.push_back("extra");
-    l.clear();
-    r.push_back("extra");
-    EXPECT_EQ(texts(displays()), (Names{"Monitor", "Projector", "monitor"}));
-    EXPECT_EQ(texts(looks()), (Names{"warm", "cool"}));
-    EXPECT_EQ(texts(roles()).size(), 3u);
+    static char const kGarbage[] = "\x7f" "ELF\x02\x01\x01\0\0\0 {[: \xff\xfe";
+    std::string const files[] = {
+        env.dir().write("empty.ocio", ""), env.dir().write("garbage.ocio", std::string(kGarbage, sizeof kGarbage - 1)),
+        env.dir().write("new.ocio", "ocio_profile_version: 9.1\ncolorspaces: [!<ColorSpace> {name: raw}]\n"),
+        env.dir().write("yaml.ocio", "this: [is not a config\n")};
+    for (std::string const& file : files) {
+        bool const pendingError = file == files[3];
+        OIIO::geterror(true);
+        if (pendingError) {
+            EXPECT_EQ(OIIO::ImageInput::open(env.dir().file("missing.exr")), nullptr);
+        }
+        std::string const pending = OIIO::geterror(false);
+        log.clear();
+        // The report names the file chosen, whatever OpenImageIO makes of it.
+        EXPECT_EQ(load(file), "Using specified OCIO config: " + file);
+        EXPECT_EQ(log.lines(), pendingError ? Lines{"OIIO failed to reset OCIO: " + pending} : Lines{}) << file;
+        EXPECT_EQ(OIIO::geterror(false), "");
+        EXPECT_EQ(texts(ColorConfig::colorSpaces()), (Names{"linear", "sRGB", "Rec709"})) << file;
+        EXPECT_NE(colorConfig().geterror(true), "") << file; // where OpenImageIO keeps the reason
+    }
 }
 
-TEST_F(Catalogue, ReturnedMapHasItsOwnBucketsButSharesTheLists)
+using Catalogue = SdkTest;
+
+TEST_F(Catalogue, ColorSpacesAndTheLookupOfATypedName)
 {
-    load(repeatingConfig());
-    auto copy = views();
-    copy.set("Added", orv::StringVector{"x"});
-    copy.find("Projector")->push_back("Shared");
+    // OpenImageIO's own configuration lists "default", "rgb" and "RGB" beside
+    // its spellings of the built-ins: the only source of both "rgb" and "RGB".
+    ASSERT_EQ(colorConfig().getNumColorSpaces(), 6);
+    EXPECT_STREQ(colorConfig().getColorSpaceNameByIndex(2), "rgb");
+    EXPECT_STREQ(colorConfig().getColorSpaceNameByIndex(3), "RGB");
+    EXPECT_EQ(texts(ColorConfig::colorSpaces()), (Names{"linear", "sRGB", "Rec709"}));
+    std::pair<Names, Names> const cases[] = {// the config's names; what follows "linear", "sRGB", "Rec709"
+        {{"zeta", "alpha", "mid"}, {"zeta", "alpha", "mid"}},
+        {{"LINEAR", "srgb", "REC709", "rec709x", "Srgb Texture"}, {"rec709x", "Srgb Texture"}},
+        {{"lin", "default", "RGB"}, {"lin"}},
+        {{"lin", "Default", "Rgb"}, {"lin", "Default", "Rgb"}},
+        {{"Linear", "lin", "LIN2", "sRGB"}, {"lin", "LIN2"}}};
+    for (auto const& [names, listed] : cases) {
+        OcioConfigText config;
+        config.colorSpaces = names;
+        loadConfig(config, names.back() + ".ocio");
+        Names expected{"linear", "sRGB", "Rec709"};
+        expected.insert(expected.end(), listed.begin(), listed.end());
+        EXPECT_EQ(texts(ColorConfig::colorSpaces()), expected);
+    }
 
-    auto again = views();
-    EXPECT_EQ(again.find("Added"), nullptr);
-    EXPECT_EQ(texts(*again.find("Projector")), (Names{"Film", "Shared"}));
-}
-
-TEST_F(Catalogue, ViewsBeforeDisplaysAreEmptyUntilDisplaysAreListed)
-{
-    // The shared configuration reads $OCIO itself when no file is named, so
-    // the catalogue can be asked without a reset having filled the caches.
-    verra_test::OcioConfigText config = repeatingConfig();
-    env.ocio().set(env.writeConfig("config.ocio", config));
-    EXPECT_EQ(views().size(), 0u);
-    EXPECT_EQ(views().size(), 0u);
-    EXPECT_EQ(displays().size(), 3u);
-    EXPECT_EQ(asMap(views()).size(), 3u);
-}
-
-TEST_F(Catalogue, FilledCachesIgnoreConfigChangesUntilTheReset)
-{
-    load(repeatingConfig());
-    verra_test::OcioConfigText other;
-    other.displays = {{"Other", {"Only"}}};
-    other.looks = {"other"};
-    std::string const otherPath = env.writeConfig("other.ocio", other);
-    ASSERT_TRUE(colorConfig().reset(otherPath));
-
-    EXPECT_EQ(texts(displays()), (Names{"Monitor", "Projector", "monitor"}));
-    EXPECT_EQ(asMap(views()).count("Monitor"), 1u);
-    EXPECT_EQ(texts(looks()), (Names{"warm", "cool"}));
-    // The defaults are never cached.
-    EXPECT_STREQ(defaultDisplay().buf(), "Other");
-    EXPECT_STREQ(defaultView().buf(), "Only");
+    OcioConfigText config;
+    config.colorSpaces = {"ACEScg", "\tpadded\r", "Utility - Raw", "Zeta@["};
+    loadConfig(config, "find.ocio");
+    std::pair<char const*, char const*> const typed[] = {
+        {"srgb", "sRGB"}, {" rec709", "Rec709"}, {"\tLINEAR \n", "linear"}, {"\v\fsrgb\r", "sRGB"},
+        {"acescg", "ACEScg"}, {"utility - raw ", "Utility - Raw"}, {"PADDED", "\tpadded\r"}, {"zETA@[", "Zeta@["},
+        {"zeta`[", ""}, {"zeta@{", ""}, {"nope", ""}, {"", ""}, {" \t ", ""}, {"lin ear", ""}, {"\x01sRGB", ""}};
+    for (auto const& [name, listed] : typed) {
+        orv::String const argument(name);
+        EXPECT_STREQ(ColorConfig::findColorSpace(argument).buf(), listed) << name;
+        EXPECT_STREQ(argument.buf(), name);
+    }
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 #pragma once
 // RAII guards for environment variables: every change a test makes is undone.
 
+#include <cstdlib>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace verra_test {
 
@@ -10,13 +12,18 @@ namespace verra_test {
 /// destruction.
 class EnvGuard {
 public:
-    explicit EnvGuard(std::string name);
-    ~EnvGuard();
+    explicit EnvGuard(std::string name) : m_name(std::move(name))
+    {
+        if (char const* value = std::getenv(m_name.c_str())) {
+            m_saved = value;
+        }
+    }
+    ~EnvGuard() { m_saved ? set(*m_saved) : unset(); }
     EnvGuard(EnvGuard const&) = delete;
     EnvGuard& operator=(EnvGuard const&) = delete;
 
-    void set(std::string const& value) const;
-    void unset() const;
+    void set(std::string const& value) const { ::setenv(m_name.c_str(), value.c_str(), 1); }
+    void unset() const { ::unsetenv(m_name.c_str()); }
 
 private:
     std::string m_name;

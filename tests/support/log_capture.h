@@ -12,8 +12,8 @@ namespace verra_test {
 /// on destruction.
 class LogCapture {
 public:
-    LogCapture();
-    ~LogCapture();
+    LogCapture() : m_previous(orv::setErrorSink([this](char const* line) { m_lines.emplace_back(line); })) {}
+    ~LogCapture() { orv::setErrorSink(m_previous); }
     LogCapture(LogCapture const&) = delete;
     LogCapture& operator=(LogCapture const&) = delete;
 

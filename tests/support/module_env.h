@@ -14,16 +14,23 @@ namespace verra_test {
 /// restoring all three on destruction.
 class ModuleEnv {
 public:
-    ModuleEnv();
+    ModuleEnv()
+    {
+        m_xdg.set(m_dir.mkdir("xdg"));
+        m_home.set(m_dir.mkdir("home"));
+        m_ocio.unset();
+    }
 
     TempDir const& dir() const { return m_dir; }
     /// The product directory in which the module looks for "ocio.txt".
     std::string productDir() const { return m_dir.path() + "/xdg/verra"; }
     /// Writes "ocio.txt" in the product directory with `content`; returns its path.
-    std::string writeOcioTxt(std::string const& content) const;
+    std::string writeOcioTxt(std::string const& content) const { return m_dir.write("xdg/verra/ocio.txt", content); }
     /// Writes `config` as `relative` in the temporary folder; returns its path.
-    std::string writeConfig(std::string const& relative, OcioConfigText const& config) const;
-
+    std::string writeConfig(std::string const& relative, OcioConfigText const& config) const
+    {
+        return m_dir.write(relative, config.str());
+    }
     EnvGuard const& ocio() const { return m_ocio; }
 
 private:

@@ -1,12 +1,9 @@
 #include "support/temp_dir.h"
 
+#include <OpenImageIO/filesystem.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <vector>
 
 namespace verra_test {
 
@@ -14,39 +11,26 @@ namespace stdfs = std::filesystem;
 
 TempDir::TempDir()
 {
-    char const* base = std::getenv("TMPDIR");
-    std::string pattern = std::string(base && *base ? base : "/tmp") + "/verra-test-XXXXXX";
-    std::vector<char> buffer(pattern.begin(), pattern.end());
-    buffer.push_back('\0');
-    char* made = ::mkdtemp(buffer.data());
-    if (!made) {
-        ADD_FAILURE() << "mkdtemp failed for " << pattern;
-        return;
+    std::error_code ec;
+    stdfs::path const made = stdfs::temp_directory_path(ec) / OIIO::Filesystem::unique_path("verra-test-%%%%-%%%%");
+    if (ec || !stdfs::create_directory(made, ec)) {
+        ADD_FAILURE() << "cannot create " << made << ": " << ec.message();
     }
-    m_path = stdfs::canonical(made).string();
+    m_path = stdfs::weakly_canonical(made, ec).string();
 }
 
 TempDir::~TempDir()
 {
-    if (!m_path.empty()) {
-        std::error_code ignored;
-        stdfs::remove_all(m_path, ignored);
-    }
+    std::error_code ignored;
+    stdfs::remove_all(m_path, ignored);
 }
-
-std::string TempDir::file(std::string const& relative) const { return m_path + "/" + relative; }
 
 std::string TempDir::write(std::string const& relative, std::string const& content) const
 {
     std::string const full = file(relative);
     std::error_code ignored;
     stdfs::create_directories(stdfs::path(full).parent_path(), ignored);
-    std::ofstream out(full, std::ios::binary);
-    out << content;
-    out.close();
-    if (!out) {
-        ADD_FAILURE() << "cannot write " << full;
-    }
+    EXPECT_TRUE(OIIO::Filesystem::write_text_file(full, content)) << "cannot write " << full;
     return full;
 }
 
@@ -54,19 +38,14 @@ std::string TempDir::mkdir(std::string const& relative) const
 {
     std::string const full = file(relative);
     std::error_code ec;
-    stdfs::create_directories(full, ec);
-    if (ec) {
-        ADD_FAILURE() << "cannot create " << full << ": " << ec.message();
-    }
+    EXPECT_TRUE(stdfs::create_directories(full, ec) || !ec) << "cannot create " << full << ": " << ec.message();
     return full;
 }
 
 std::string readFile(std::string const& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream content;
-    content << in.rdbuf();
-    return content.str();
+    std::string content;
+    return OIIO::Filesystem::read_text_file(path, content) ? content : std::string();
 }
 
 } // namespace verra_test

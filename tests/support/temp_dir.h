@@ -5,8 +5,8 @@
 
 namespace verra_test {
 
-/// Creates a fresh folder under $TMPDIR (or /tmp); removes it and all it
-/// holds on destruction.
+/// Creates a fresh folder under the system's temporary folder ($TMPDIR or
+/// /tmp); removes it and all it holds on destruction.
 class TempDir {
 public:
     TempDir();
@@ -17,7 +17,7 @@ public:
     /// The folder's absolute, canonical path (no trailing separator).
     std::string const& path() const { return m_path; }
     /// `path() + "/" + relative`.
-    std::string file(std::string const& relative) const;
+    std::string file(std::string const& relative) const { return m_path + "/" + relative; }
     /// Writes `content` to `relative` (creating parent folders) and returns
     /// its full path. Fails the current test on an I/O error.
     std::string write(std::string const& relative, std::string const& content) const;

@@ -21,42 +21,40 @@ namespace Strutil = OIIO::Strutil;
 using ToolConvert = ToolTest;
 constexpr int kSize = 16;
 
-/// The colour channels of `in` (grey spread to RGB; `channels` per pixel)
-/// converted by the module: 8-bit through its RGBA8 image transform, float
-/// out of "linear" through its buffer transform, otherwise through the
-/// shared configuration's processor. Alpha, when there is one, stays.
-std::vector<float> moduleResult(std::vector<float> const& in, int channels, bool bytes, char const* from, char const* to)
+/// `in` (`channels` per pixel) as the module converts it into `outChannels`
+/// per pixel: grey spread to RGB; 8-bit through its RGBA8 image transform,
+/// float out of "linear" through its buffer transform, otherwise through
+/// the shared configuration's processor; alpha kept, or 1 when `opaque`.
+std::vector<float> moduleResult(std::vector<float> const& in, int channels, int outChannels, bool bytes,
+                                char const* from, char const* to, bool opaque)
 {
-    int const out = channels < 3 ? channels + 2 : channels;
-    std::vector<float> result(in.size() / static_cast<std::size_t>(channels) * static_cast<std::size_t>(out));
-    auto const at = [&](std::size_t pixel, int c) { return in[pixel * channels + (channels < 3 && c < 3 ? 0 : c - (channels < 3 ? 2 : 0))]; };
     std::size_t const count = in.size() / static_cast<std::size_t>(channels);
     sdk::Image const image = sdk::Image::create(kSize, kSize);
     verra::Vector2d<verra::float3, true> rgb;
     rgb.allocate(kSize, kSize);
+    std::vector<float> alpha(count, 1.0f);
     for (std::size_t i = 0; i < count; ++i) {
-        auto const byte = [&](int c) { return static_cast<std::uint8_t>(std::lround(at(i, c) * 255.0f)); };
-        image.rgba8()[i] = {byte(0), byte(1), byte(2), out == 4 ? byte(3) : std::uint8_t(255)};
-        rgb.data[i] = {at(i, 0), at(i, 1), at(i, 2)};
+        float const* p = &in[i * static_cast<std::size_t>(channels)];
+        rgb.data[i] = channels < 3 ? verra::float3{p[0], p[0], p[0]} : verra::float3{p[0], p[1], p[2]};
+        alpha[i] = channels % 2 == 0 && !opaque ? p[channels - 1] : 1.0f;
+        auto const byte = [](float v) { return static_cast<std::uint8_t>(std::lround(v * 255.0f)); };
+        image.rgba8()[i] = {byte(rgb.data[i].r), byte(rgb.data[i].g), byte(rgb.data[i].b), byte(alpha[i])};
     }
     if (bytes) {
         EXPECT_TRUE(sdk::ColorConfig::transform(image, from, to));
     } else if (std::string(from) == "linear") {
         EXPECT_TRUE(sdk::colorConfigTransformRgb(rgb, rgb, to));
     } else {
-        OIIO::ColorProcessorHandle const processor = sdk::colorConfig().createColorProcessor(from, to, "", "");
-        EXPECT_TRUE(processor);
-        processor->apply(&rgb.data[0].r, kSize, kSize, 3, sizeof(float), 3 * sizeof(float), kSize * 3 * sizeof(float));
+        sdk::colorConfig().createColorProcessor(from, to, "", "")->apply(&rgb.data[0].r, kSize, kSize, 3, 4, 12, 12 * kSize);
     }
+    std::vector<float> out;
     for (std::size_t i = 0; i < count; ++i) {
         verra::Rgba8 const p = image.rgba8()[i];
-        float const converted[3] = {bytes ? p.r / 255.0f : rgb.data[i].r, bytes ? p.g / 255.0f : rgb.data[i].g,
-                                    bytes ? p.b / 255.0f : rgb.data[i].b};
-        for (int c = 0; c < out; ++c) {
-            result[i * out + c] = c < 3 ? converted[c] : at(i, c);
-        }
+        verra::float3 const c = bytes ? verra::float3{p.r / 255.0f, p.g / 255.0f, p.b / 255.0f} : rgb.data[i];
+        out.insert(out.end(), {c.r, c.g, c.b, alpha[i]});
+        out.resize(out.size() - (outChannels == 3 ? 1 : 0));
     }
-    return result;
+    return out;
 }
 
 /// `values` as stored in `type` and read back.
@@ -80,6 +78,7 @@ TEST_F(ToolConvert, PixelsAreWhatTheModuleComputesAtTheOutputsPrecision)
         char const* to;
         bool moduleBytes;
         bool sample = false;
+        char const* command = "convert";
     };
     Case const cases[] = {
         {"rgb.png", "rgb_out.png", 3, OIIO::TypeDesc::UINT8, "sRGB", "linear", true},
@@ -93,33 +92,36 @@ TEST_F(ToolConvert, PixelsAreWhatTheModuleComputesAtTheOutputsPrecision)
         {"scan.tif", "scan_out.tif", 3, OIIO::TypeDesc::UINT16, "srgb_tex", "lin", false, true},
         // 8-bit written as float: computed in float, 256 distinct values.
         {"ramp.png", "ramp_out.exr", 3, OIIO::TypeDesc::UINT8, "sRGB", "linear", false},
+        // A preview is opaque 8-bit RGBA (RGB in a format without alpha),
+        // whatever its input; an sRGB input previewed as sRGB is unchanged.
+        {"render.exr", "render.png", 2, OIIO::TypeDesc::HALF, "linear", "sRGB", false, false, "preview"},
+        {"film.exr", "film.tga", 4, OIIO::TypeDesc::FLOAT, "lin", "srgb_tex", false, true, "preview"},
+        {"tex8.png", "tex8.jpg", 4, OIIO::TypeDesc::UINT8, "sRGB", "sRGB", true, false, "preview"},
     };
     for (Case const& c : cases) {
         bool const bytes = c.type == OIIO::TypeDesc::UINT8;
-        std::vector<float> const in = ramp(kSize, kSize, c.channels, bytes);
-        writeImage(file(c.in), kSize, kSize, c.channels, c.type, in);
-        std::vector<float> const read = floatsOf(readImage(file(c.in)));
-        std::vector<std::string> words{"convert", "--from", c.from, "--to", c.to, file(c.in), file(c.out)};
+        writeImage(file(c.in), kSize, kSize, c.channels, c.type, ramp(kSize, kSize, c.channels, bytes));
+        std::vector<std::string> words{c.command, "--from", c.from, "--to", c.to, file(c.in), file(c.out)};
         if (c.sample) {
             words.insert(words.end(), {"--config", config});
         }
         Outcome const result = run(words);
         ASSERT_EQ(result.code, 0) << c.in << result.err;
         EXPECT_EQ(result.out, file(c.in) + " -> " + file(c.out) + "\n");
+        bool const preview = std::string(c.command) == "preview";
+        int const channels = Strutil::ends_with(c.out, ".jpg") ? 3 : preview ? 4 : c.channels < 3 ? c.channels + 2 : c.channels;
         OIIO::ImageBuf const out = readImage(file(c.out));
-        sdk::ColorConfig::loadOcioConfig(c.sample ? orv::String(config.c_str()) : orv::String());
-        std::vector<float> const expected = moduleResult(read, c.channels, c.moduleBytes, c.from, c.to);
-        int const channels = c.channels < 3 ? c.channels + 2 : c.channels;
-        ASSERT_EQ(out.nchannels(), channels) << c.in;
         OIIO::TypeDesc const type = out.nativespec().format;
-        EXPECT_EQ(type, Strutil::ends_with(c.out, ".exr") && bytes ? OIIO::TypeDesc::HALF : c.type) << c.in;
-        if (Strutil::ends_with(c.out, ".png")) {
-            // PNG keeps the name of the space.
-            EXPECT_EQ(std::string(out.nativespec().get_string_attribute("oiio:ColorSpace")),
-                      std::string(sdk::ColorConfig::findColorSpace(c.to).view()))
-                << c.in;
+        ASSERT_EQ(out.nchannels(), channels) << c.in;
+        EXPECT_EQ(type, preview ? OIIO::TypeDesc::UINT8 : Strutil::ends_with(c.out, ".exr") && bytes ? OIIO::TypeDesc::HALF : c.type) << c.in;
+        // PNG keeps the name of the space.
+        EXPECT_TRUE(!Strutil::ends_with(c.out, ".png") || out.nativespec().get_string_attribute("oiio:ColorSpace") == c.to) << c.in;
+        sdk::ColorConfig::loadOcioConfig(c.sample ? orv::String(config.c_str()) : orv::String());
+        std::vector<float> const expected =
+            moduleResult(floatsOf(readImage(file(c.in))), c.channels, channels, c.moduleBytes, c.from, c.to, preview);
+        if (!Strutil::ends_with(c.out, ".jpg")) {
+            EXPECT_EQ(storedAs(floatsOf(out), channels, type), storedAs(expected, channels, type)) << c.in;
         }
-        EXPECT_EQ(storedAs(floatsOf(out), channels, type), storedAs(expected, channels, type)) << c.in;
     }
     std::vector<float> const linear = floatsOf(readImage(file("ramp_out.exr")));
     EXPECT_EQ(std::set<float>(linear.begin(), linear.end()).size(), 256u);
@@ -189,114 +191,58 @@ TEST_F(ToolConvert, StructureMetadataExtraChannelsAndEverySubimageAreKept)
 
 TEST_F(ToolConvert, FailuresWriteNothingAndNeverReplaceAnInput)
 {
-    std::filesystem::create_directories(file("a"));
-    std::filesystem::create_directories(file("b"));
-    std::filesystem::create_directories(file("out"));
-    writeImage(file("a/x.exr"), kSize, kSize, 3, OIIO::TypeDesc::HALF, ramp(kSize, kSize, 3, false));
-    writeImage(file("b/x.exr"), kSize, kSize, 3, OIIO::TypeDesc::HALF, ramp(kSize, kSize, 3, false));
+    for (char const* folder : {"a", "b", "out"}) {
+        std::filesystem::create_directories(file(folder));
+    }
+    std::string const x = file("a/x.exr");
+    writeImage(x, kSize, kSize, 3, OIIO::TypeDesc::HALF, ramp(kSize, kSize, 3, false));
+    std::filesystem::copy_file(x, file("b/x.exr"));
     m_env.dir().write("bad.exr", "not an image");
-    std::filesystem::create_symlink(file("a/x.exr"), file("link.exr"));
-    std::vector<std::string> const convert{"convert", "--from", "linear", "--to", "sRGB"};
-    auto const with = [&](std::vector<std::string> words) {
-        words.insert(words.begin(), convert.begin(), convert.end());
-        return run(words);
-    };
-    std::string const before = readFile(file("a/x.exr"));
+    std::filesystem::create_symlink(x, file("link.exr"));
+    std::string const before = readFile(x);
+    std::string const replaces = "' would replace the input '" + x + "'; choose another output";
+    using Words = std::vector<std::string>;
+    Words const convert{"convert", "--from", "linear", "--to", "sRGB"};
     struct Case {
-        std::vector<std::string> words;
+        Words words;
         std::string out;
         std::string err;
     };
     Case const cases[] = {
-        {{file("a/x.exr"), file("link.exr")}, "",
-         "'" + file("link.exr") + "' would replace the input '" + file("a/x.exr") + "'; choose another output"},
-        {{file("a/x.exr"), file("a/../a/x.exr")}, "",
-         "'" + file("a/../a/x.exr") + "' would replace the input '" + file("a/x.exr") + "'; choose another output"},
-        {{"--out-dir", file("a"), file("a/x.exr")}, "",
-         "'" + file("a/x.exr") + "' would replace the input '" + file("a/x.exr") + "'; choose another output"},
-        {{"--out-dir", file("out"), file("missing.exr"), file("a/x.exr"), file("b/x.exr")},
-         file("a/x.exr") + " -> " + file("out/x.exr") + "\n",
-         "cannot read '" + file("missing.exr")},
+        {{x, file("link.exr")}, "", "'" + file("link.exr") + replaces},
+        {{x, file("a/../a/x.exr")}, "", "'" + file("a/../a/x.exr") + replaces},
+        {{"--out-dir", file("a"), x}, "", "'" + x + replaces},
+        {{"--out-dir", file("out"), file("missing.exr"), x, file("b/x.exr")}, x + " -> " + file("out/x.exr") + "\n",
+         "cannot read '" + file("missing.exr") + "': "},
         {{file("bad.exr"), file("bad_out.exr")}, "", "cannot read '" + file("bad.exr") + "': "},
-        {{file("a/x.exr"), file("nowhere/y.exr")}, "", "cannot write '" + file("nowhere/y.exr") + "': "},
-        {{"--out-dir", file("nowhere"), file("a/x.exr")}, "",
-         "output folder '" + file("nowhere") + "' does not exist or is not a folder"},
-        {{"--to", "bogus", file("a/x.exr"), file("never.exr")}, "", "unknown colour space 'bogus'"},
+        {{x, file("nowhere/y.exr")}, "", "cannot write '" + file("nowhere/y.exr") + "': "},
+        {{"--out-dir", file("nowhere"), x}, "", "output folder '" + file("nowhere") + "' does not exist or is not a folder"},
+        {{"convert", "--from", "linear", "--to", "bogus", x, file("never.exr")}, "", "unknown colour space 'bogus'"},
+        {{"preview", x, x}, "", "'" + x + "' would replace its own input; choose another output\n"},
+        {{"preview", x, file("p.exr")}, "",
+         "cannot write '" + file("p.exr") + "': a preview is 8-bit, and openexr files do not hold 8-bit values\n"},
+        {{"preview", "--from", "bogus", x, file("p.png")}, "", "unknown colour space 'bogus'"},
+        {{"preview", file("missing.exr"), file("p.png")}, "", "cannot read '" + file("missing.exr") + "': "},
     };
     for (Case const& c : cases) {
-        std::vector<std::string> words = convert;
-        words.insert(words.end(), c.words.begin(), c.words.end());
-        if (c.words[0] == "--to") {
-            words.erase(words.begin() + 3, words.begin() + 5);
+        Words words = c.words;
+        if (c.words[0] != "convert" && c.words[0] != "preview") {
+            words.insert(words.begin(), convert.begin(), convert.end());
         }
         Outcome const result = run(words);
         EXPECT_EQ(result.code, 1) << result.err;
         EXPECT_EQ(result.out, c.out);
         EXPECT_TRUE(Strutil::starts_with(result.err, "colorconfig: error: " + c.err)) << result.err;
-        EXPECT_EQ(readFile(file("a/x.exr")), before);
+        EXPECT_EQ(readFile(x), before);
     }
-    // The second x.exr would have overwritten the first one's output.
-    EXPECT_TRUE(Strutil::contains(with({"--out-dir", file("out"), file("a/x.exr"), file("b/x.exr")}).err,
-                                  "'" + file("out/x.exr") + "' was already written by an earlier input; '" +
-                                      file("b/x.exr") + "' is skipped"));
-    EXPECT_FALSE(std::filesystem::exists(file("never.exr")));
-    std::set<std::string> names;
-    for (auto const& entry : std::filesystem::directory_iterator(m_env.dir().path())) {
-        names.insert(entry.path().filename().string());
+    // Two inputs of one name: the second would overwrite the first's output.
+    Outcome const twice = run({"convert", "--from", "linear", "--to", "sRGB", "--out-dir", file("out"), x, file("b/x.exr")});
+    EXPECT_EQ(twice.err, "colorconfig: error: '" + file("out/x.exr") + "' was already written by an earlier input; '" +
+                             file("b/x.exr") + "' is skipped\n");
+    for (auto const& entry : std::filesystem::recursive_directory_iterator(m_env.dir().path())) {
+        std::string const name = entry.path().filename().string();
+        EXPECT_TRUE(!Strutil::ends_with(name, ".tmp") && name != "never.exr" && name != "p.png" && name != "p.exr") << name;
     }
-    for (std::string const& name : names) {
-        EXPECT_FALSE(Strutil::ends_with(name, ".tmp")) << name;
-    }
-}
-
-TEST_F(ToolConvert, PreviewIsAnOpaqueEightBitImageInTheFormatOfItsName)
-{
-    std::vector<float> const grey = ramp(kSize, kSize, 2, false);
-    writeImage(file("grey.exr"), kSize, kSize, 2, OIIO::TypeDesc::HALF, grey);
-    std::vector<float> const read = floatsOf(readImage(file("grey.exr")));
-    for (char const* to : {"sRGB", "Rec709"}) {
-        ASSERT_EQ(run({"preview", "--to", to, file("grey.exr"), file("p.png")}).code, 0);
-        OIIO::ImageBuf const preview = readImage(file("p.png"));
-        EXPECT_EQ(preview.nativespec().format, OIIO::TypeDesc::UINT8);
-        ASSERT_EQ(preview.nchannels(), 4);
-        verra::Vector2d<verra::float3, true> source;
-        source.allocate(kSize, kSize);
-        for (std::uint32_t i = 0; i < source.count; ++i) {
-            source.data[i] = {read[2 * i], read[2 * i], read[2 * i]};
-        }
-        verra::Vector2d<verra::Rgba8, true> expected;
-        expected.allocate(kSize, kSize);
-        ASSERT_TRUE(sdk::colorConfigGenerateRgba8(source, expected, to));
-        std::vector<float> const got = floatsOf(preview);
-        for (std::uint32_t i = 0; i < source.count; ++i) {
-            verra::Rgba8 const p = expected.data[i];
-            EXPECT_EQ(std::lround(got[4 * i] * 255.0f), p.r) << i;
-            EXPECT_EQ(std::lround(got[4 * i + 1] * 255.0f), p.g) << i;
-            EXPECT_EQ(got[4 * i + 3], 1.0f) << i;
-        }
-    }
-    // --from: an sRGB texture previewed as sRGB comes back as it was.
-    std::vector<float> const bytes = ramp(kSize, kSize, 3, true);
-    writeImage(file("tex.png"), kSize, kSize, 3, OIIO::TypeDesc::UINT8, bytes);
-    ASSERT_EQ(run({"preview", "--from", "sRGB", file("tex.png"), file("tex.jpg")}).code, 0);
-    EXPECT_EQ(readImage(file("tex.jpg")).nchannels(), 3);
-    ASSERT_EQ(run({"preview", "--from", "sRGB", file("tex.png"), file("tex.tga")}).code, 0);
-    std::vector<float> const same = floatsOf(readImage(file("tex.tga")));
-    for (std::size_t i = 0; i < bytes.size() / 3; ++i) {
-        EXPECT_EQ(std::lround(same[4 * i + 2] * 255.0f), std::lround(bytes[3 * i + 2] * 255.0f)) << i;
-    }
-    std::string const before = readFile(file("grey.exr"));
-    Outcome const itself = run({"preview", file("grey.exr"), file("grey.exr")});
-    EXPECT_EQ(itself.code, 1);
-    EXPECT_EQ(itself.err, "colorconfig: error: '" + file("grey.exr") + "' would replace its own input; choose another output\n");
-    Outcome const exr = run({"preview", file("grey.exr"), file("p.exr")});
-    EXPECT_EQ(exr.code, 1);
-    EXPECT_EQ(exr.err, "colorconfig: error: cannot write '" + file("p.exr") +
-                           "': a preview is 8-bit, and openexr files do not hold 8-bit values\n");
-    EXPECT_EQ(readFile(file("grey.exr")), before);
-    EXPECT_EQ(run({"preview", "--from", "bogus", file("grey.exr"), file("q.png")}).code, 1);
-    EXPECT_EQ(run({"preview", file("missing.exr"), file("q.png")}).code, 1);
-    EXPECT_FALSE(std::filesystem::exists(file("q.png")));
 }
 
 } // namespace

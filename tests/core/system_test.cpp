@@ -1,0 +1,142 @@
+// Paths, files, the environment, the per-user directory and the error log.
+
+#include "support/env_guard.h"
+#include "support/log_capture.h"
+#include "support/temp_dir.h"
+
+#include <orv/file.h>
+#include <orv/os.h>
+#include <orv/path.h>
+
+#include <gtest/gtest.h>
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace {
+
+using orv::File;
+using orv::Path;
+using orv::String;
+
+String str(std::string const& text) { return String(std::string_view(text)); }
+String ext(char const* name, bool withDot) { return Path::ext(String(name), withDot); }
+String path(char const* text, bool expandHome) { return Path(String(text), expandHome).str(); }
+/// Sets the variable, or unsets it for null.
+void put(verra_test::EnvGuard const& guard, char const* value) { value ? guard.set(value) : guard.unset(); }
+
+TEST(Path, ExtJoinNormalizedAndHomeExpansion)
+{
+    verra_test::EnvGuard const home("HOME");
+    home.set("/h");
+    for (auto const& [text, expected] : std::initializer_list<std::pair<String, std::string_view>>{
+             {ext("tex.PNG", false), "PNG"}, {ext("tex.PNG", true), ".PNG"}, {ext("a.tx.jpg", false), "jpg"},
+             {ext("a.", true), "."}, {ext("README", true), ""}, {ext("/u/.profile", true), ""}, {ext("/d.d/f", true), ""},
+             {Path::join({"/u/.config/verra", "ocio.txt"}), "/u/.config/verra/ocio.txt"}, {Path::join({"/a/", "b"}), "/a/b"},
+             {Path::join({"/a", "/b"}), "/a/b"}, {Path::join({"/a/", "/b"}), "/a/b"}, {Path::join({"", "a", "", "b"}), "a/b"},
+             {Path(String("../a/./b/../c"), true).normalized(), "../a/c"}, {Path(String("/x//y"), true).normalized(), "/x/y"},
+             {path("~/x", true), "/h/x"}, {path("~", true), "/h"}, {path("~/x", false), "~/x"}, {path("~u/x", true), "~u/x"},
+             {path("/a/~", true), "/a/~"}}) {
+        EXPECT_EQ(text.view(), expected);
+    }
+    // An unchanged text shares the String's body: so with HOME empty or unset.
+    String const text("~/studio.ocio");
+    for (char const* value : {"", static_cast<char const*>(nullptr)}) {
+        put(home, value);
+        EXPECT_TRUE(Path(text, true).str().body() == text.body() && Path(text, false).str().body() == text.body());
+    }
+}
+
+TEST(File, PathQueriesAndReads)
+{
+    verra_test::TempDir const tmp;
+    std::string big(3 * 65536 + 7, '\0'); // three whole blocks of the reader and a few bytes
+    std::generate(big.begin(), big.end(), [i = 0]() mutable { return static_cast<char>(i++ * 7 % 256); });
+    std::string const bigPath = tmp.write("real/sub/big.bin", big);
+    std::filesystem::create_directory_symlink(tmp.file("real"), tmp.file("link"));
+    // path, isFile, isDirectory, canonical
+    struct Case { std::string path; bool isFile, isDirectory; std::string canonical; };
+    for (Case const& c : {Case{tmp.file("link/sub/../sub/./big.bin"), true, false, bigPath},
+                          Case{tmp.file("link"), false, true, tmp.file("real")},
+                          Case{tmp.file("link/gone/../new.ocio"), false, false, tmp.file("real/new.ocio")},
+                          Case{"verra-missing/x", false, false, std::filesystem::current_path() / "verra-missing/x"},
+                          Case{"", false, false, ""}}) {
+        Path const path(str(c.path), true);
+        EXPECT_TRUE(path.isEmpty() == c.path.empty() && path.isFile() == c.isFile && path.isDirectory() == c.isDirectory &&
+                    path.canonical() == c.canonical.c_str()) << c.path;
+    }
+    File file;
+    EXPECT_FALSE(file.isOpen() || !file.read().isEmpty());
+    ASSERT_TRUE(file.open(str(bigPath), File::Read, File::Binary));
+    EXPECT_TRUE(file.read().view() == big && file.read().view() == big); // each read from the start
+    File const copy = file;
+    file.close(); // for every handle
+    EXPECT_FALSE(copy.isOpen() || !file.read().isEmpty());
+    ASSERT_TRUE(file.open(str(tmp.file("out")), File::Append, File::Text) && file.write(String("ab")) && file.write(String("c")));
+    EXPECT_EQ(verra_test::readFile(tmp.file("out")), "abc");
+    ASSERT_TRUE(file.open(String("/dev/full"), File::Write, File::Binary));
+    EXPECT_FALSE(file.write(String(std::string_view(big)))); // a device that is always full
+    ASSERT_TRUE(file.open(str(bigPath), File::Read, File::Binary));
+    EXPECT_FALSE(file.write(String("x"))); // not open for writing
+    EXPECT_FALSE(file.open(str(tmp.file("missing")), File::Read, File::Binary) || file.isOpen() ||
+                 file.open(str(tmp.path()), File::Read, File::Binary) || file.open(String(), File::Read, File::Binary));
+}
+
+TEST(Os, GetEnvAndUserDir)
+{
+    verra_test::EnvGuard const variable("VERRA_TEST_VARIABLE"), home("HOME"), config("XDG_CONFIG_HOME"),
+        data("XDG_DATA_HOME");
+    variable.set("A=B");
+    // The C library would answer "B" for "VERRA_TEST_VARIABLE=A", and "A=B" for the name cut at its NUL.
+    EXPECT_TRUE(orv::os::getEnv(String("VERRA_TEST_VARIABLE")) == "A=B" && orv::os::getEnv(String()).isEmpty() &&
+                orv::os::getEnv(String("VERRA_TEST_VARIABLE=A")).isEmpty() &&
+                orv::os::getEnv(String("VERRA_TEST_VARIABLE\0", 20)).isEmpty());
+    variable.unset();
+    EXPECT_TRUE(orv::os::getEnv(String("VERRA_TEST_VARIABLE")).isEmpty());
+    // $HOME, $XDG_CONFIG_HOME, $XDG_DATA_HOME (null: unset); verraUserDir(true), verraUserDir(false)
+    struct Case { char const *home, *config, *data, *configDir, *dataDir; };
+    for (Case const& c : {Case{"/h", "/xdg/c//", "/xdg/d", "/xdg/c/verra", "/xdg/d/verra"},
+                          Case{"/h//", "", "relative/data", "/h/.config/verra", "/h/.local/share/verra"},
+                          Case{"/h", nullptr, nullptr, "/h/.config/verra", "/h/.local/share/verra"}}) {
+        put(home, c.home);
+        put(config, c.config);
+        put(data, c.data);
+        EXPECT_TRUE(orv::fs::verraUserDir(true) == c.configDir && orv::fs::verraUserDir(false) == c.dataDir) << c.home;
+    }
+    home.unset(); // the password database gives the home directory (the XDG variables stay unset)
+    passwd const* const entry = ::getpwuid(::getuid());
+    std::string const pwHome = entry != nullptr && entry->pw_dir != nullptr ? entry->pw_dir : "";
+    if (pwHome.empty() || pwHome.back() == '/') {
+        GTEST_SKIP() << "no password entry with a plain home directory";
+    }
+    EXPECT_EQ(orv::fs::verraUserDir(false).view(), pwHome + "/.local/share/verra");
+}
+
+TEST(Log, LinesGoToTheSinkWithoutOneLineEndOrToStandardError)
+{
+    std::vector<std::string> replaced;
+    verra_test::LogCapture const capture;
+    orv::logError("OIIO failed to reset OCIO: %s", "bad file");
+    orv::logError("two\n\n");
+    orv::logError("%s", "");
+    // setErrorSink gives back the sink it replaces; an empty sink restores standard error.
+    orv::ErrorSink const previous = orv::setErrorSink([&replaced](char const* line) { replaced.emplace_back(line); });
+    previous("through the returned sink");
+    orv::logError("to the new sink");
+    orv::setErrorSink([](char const*) { throw 1; });
+    EXPECT_NO_THROW(orv::logError("dropped"));
+    orv::setErrorSink(orv::ErrorSink());
+    testing::internal::CaptureStderr();
+    orv::logError("Cannot convert from '%s' to '%s'.", "linear", "sRGB");
+    orv::logError("with line end\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "error: Cannot convert from 'linear' to 'sRGB'.\nerror: with line end\n");
+    EXPECT_EQ(capture.lines(), (std::vector<std::string>{"OIIO failed to reset OCIO: bad file", "two\n", "",
+                                                         "through the returned sink"}));
+    EXPECT_EQ(replaced, std::vector<std::string>{"to the new sink"});
+}
+
+} // namespace

@@ -1,0 +1,207 @@
+// The value types: handle lifetimes, String, StringVector, the views hash map,
+// the owning pixel array and the image handle.
+
+#include <orv/ds/hash_map.h>
+#include <orv/string_vector.h>
+#include <orv/verra/vector2d.h>
+#include <orv/verra_sdk/image.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using orv::String;
+using orv::StringVector;
+using Map = orv::ds::HashMap<String, StringVector>;
+
+/// How many handles share the body of `h`.
+int refs(orv::RefersTo<orv::IRefCounted> const& h) { return static_cast<orv::RefCounted const*>(h.body())->refCount(); }
+
+/// A one-byte pixel whose array allocation records its size and fails.
+struct RefusedPixel {
+    static inline std::size_t requested = 0;
+    static void* operator new[](std::size_t bytes) { requested = bytes; throw std::bad_alloc(); }
+    unsigned char value;
+};
+
+TEST(Handle, CopiesShareAndCountTheBodyMovesDoNot)
+{
+    String const first("ACES");
+    String solo("solo");
+    String& self = solo;
+    solo = self; // retains before it releases: the count never reaches zero
+    String other("other");
+    {
+        String const copy = first;
+        other = copy;
+        EXPECT_EQ(refs(first), 3);
+    }
+    String const none;
+    String target = none;
+    target = std::move(other);
+    EXPECT_TRUE(refs(first) == 2 && target.body() == first.body() && !other.hasBody()); // NOLINT(bugprone-use-after-move)
+    target = none;
+    EXPECT_TRUE(refs(first) == 1 && !target.hasBody() && solo == "solo");
+}
+
+TEST(String, HoldsItsOwnBytesComparesAndHashesThem)
+{
+    char const* const null = nullptr;
+    for (String const& empty : {String(), String(""), String(null), String(std::string_view()), String::format("%s", "")}) {
+        EXPECT_TRUE(empty.isEmpty() && !empty.hasBody() && *empty.buf() == '\0');
+    }
+    String name("$OCIO");
+    String const keep = name;
+    name = name.buf() + 1; // from its own text, leaving the copy's text alone
+    String const cut("a\0b", 3);
+    EXPECT_TRUE(name == "OCIO" && keep == "$OCIO" && cut.view() == std::string_view("a\0b", 3) && cut.buf() == std::string("a"));
+    std::string const longText(10000, 'x');
+    EXPECT_EQ(String::format("%03d|%s", 7, longText.c_str()).view(), "007|" + longText);
+    // compareNoCase folds ASCII letters only and orders a prefix first; == is exact.
+    EXPECT_TRUE(String("sRGB").compareNoCase(String("SRGB")) == 0 && String("@").compareNoCase(String("`")) < 0 &&
+                String("ab").compareNoCase(String("AB c")) < 0 && String("AB c").compareNoCase(String("ab")) > 0);
+    EXPECT_TRUE(String("sRGB") != String("SRGB") && String("sRGB") == String("sRGB") && String("sRGB") != "default");
+    // 64-bit FNV-1a of the bytes, however the text was made.
+    EXPECT_TRUE(String("\xff").hash() == 0xaf64724c8602eb6eull && String("foobar").hash() == 0x85944171f73967e8ull);
+    EXPECT_TRUE(String::format("%s%d", "Rec", 709).hash() == 0x83bf6bbf4b1fa285ull &&
+                String("Rec709 extra", 6).hash() == 0x83bf6bbf4b1fa285ull);
+}
+
+TEST(String, TransformsGiveNewStringsOrShareAnUnchangedBody)
+{
+    // text, trim(both), trim(start), trim(end), toLower, trimChars("$%", "%")
+    struct Case { char const *text, *both, *start, *end, *lower, *bare; };
+    for (Case const& c : {Case{" \t\vA b\f\r\n", "A b", "A b\f\r\n", " \t\vA b", " \t\va b\f\r\n", " \t\vA b\f\r\n"},
+                          Case{" \r\n\t\v\f ", "", "", "", " \r\n\t\v\f ", " \r\n\t\v\f "},
+                          Case{"%OCIO%\v", "%OCIO%", "%OCIO%\v", "%OCIO%", "%ocio%\v", "OCIO%\v"},
+                          Case{"$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "ocio"},
+                          Case{"@AZ[`z{\xC9", "@AZ[`z{\xC9", "@AZ[`z{\xC9", "@AZ[`z{\xC9", "@az[`z{\xC9", "@AZ[`z{\xC9"},
+                          Case{"%%", "%%", "%%", "%%", "%%", ""}, Case{"", "", "", "", "", ""}}) {
+        String const text(c.text);
+        std::pair<String, std::string_view> const results[] = {
+            {text.trim(true, true), c.both}, {text.trim(true, false), c.start}, {text.trim(false, true), c.end},
+            {text.toLower(true), c.lower},   {text.toLower(false), c.lower},
+            {text.trimChars(String("$%"), String("%")), c.bare}};
+        for (auto const& [result, expected] : results) {
+            EXPECT_EQ(result.view(), expected) << '"' << c.text << '"';
+            EXPECT_EQ(result.body() == text.body(), result.view() == c.text) << '"' << c.text << '"';
+        }
+        EXPECT_EQ(text.view(), c.text);
+    }
+}
+
+TEST(StringVector, CopiesShareOneListDupIsIndependentContainsWithOrWithoutCase)
+{
+    StringVector original;
+    StringVector copy = original;
+    copy.push_back(String("linear"));
+    StringVector duplicate = original.dup();
+    duplicate.push_back(String("ACEScg"));
+    copy.clear();
+    EXPECT_TRUE(original.empty() && original.begin() == original.end() && duplicate.size() == 2 && duplicate[1] == "ACEScg");
+    StringVector const ignored{String("default"), String("rgb"), String("RGB")};
+    EXPECT_TRUE(ignored.contains(String("RGB"), false) && ignored.contains(String("default"), false) &&
+                ignored.contains(String("Rgb"), true) && ignored.contains(String("DEFAULT"), true));
+    EXPECT_FALSE(ignored.contains(String("Rgb"), false) || ignored.contains(String("DEFAULT"), false) ||
+                 ignored.contains(String("linear"), true) || ignored.contains(String(), true));
+}
+
+TEST(HashMap, SetFindGrowCopyIterateAndClear)
+{
+    Map source;
+    EXPECT_TRUE(source.size() == 0 && source.find(String()) == nullptr && source.begin() == source.end());
+    StringVector const views{String("Raw")};
+    std::vector<std::uint64_t> growth; // bucket 53 gets display71, 93, 208, 352, 411, 697, 877, 1032 and 1128
+    for (unsigned i = 0; i < 1300; ++i) {
+        String const key = String::format("display%u", i);
+        StringVector const* const stored = &source.set(key, views);
+        EXPECT_TRUE(stored == source.find(key) && source.size() == i + 1) << i;
+        if ((key.hash() & 0xFFu) == 53) {
+            growth.push_back(source.bucket(53).capacity);
+        }
+    }
+    EXPECT_EQ(growth, (std::vector<std::uint64_t>{2, 2, 4, 4, 8, 8, 8, 8, 16}));
+    String const key = source.bucket(53).data[0].key;
+    source.set(String::format("display%d", 71), StringVector{String("Film")}); // replaces the value only
+    EXPECT_TRUE(source.size() == 1300 && refs(views) == 1300 && source.bucket(53).data[0].key.body() == key.body());
+    {
+        Map copy(source);
+        EXPECT_EQ(refs(views), 1 + 2 * 1299); // one copy per node, in buckets of their own without spare room
+        EXPECT_TRUE(copy.bucket(53).capacity == 9 && copy.bucket(53).data != source.bucket(53).data);
+        copy.find(String("display7"))->push_back(String("Log")); // a shared list changes for both maps
+        copy.set(String("display7"), StringVector{String("ACES")}); // a replaced value, in the copy only
+        Map assigned;
+        assigned = copy;
+        // Buckets in order, each bucket's nodes in insertion order (the number in the key), every node once.
+        std::pair<std::uint64_t, int> previous{0, -1};
+        unsigned visited = 0;
+        for (Map::Node const& node : assigned) {
+            std::pair<std::uint64_t, int> const place{node.hash & 0xFFu, std::stoi(node.key.buf() + 7)};
+            EXPECT_TRUE(node.hash == node.key.hash() && place > previous) << node.key.buf();
+            previous = place;
+            ++visited;
+        }
+        EXPECT_TRUE(visited == 1300 && (*assigned.find(String("display7")))[0] == "ACES" &&
+                    (*assigned.find(String("display71")))[0] == "Film");
+    }
+    EXPECT_TRUE(refs(views) == 1300 && views.size() == 2); // the source still holds the shared list under display7
+    source.clear();
+    EXPECT_TRUE(source.size() == 0 && refs(views) == 1 && source.find(key) == nullptr && source.begin() == source.end());
+    EXPECT_TRUE(source.bucket(0).data == nullptr && source.bucket(53).data == nullptr && source.bucket(53).capacity == 0);
+    source.set(key, views); // and the map fills again
+    EXPECT_TRUE(source.size() == 1 && source.find(key) == &source.bucket(53).data[0].value);
+}
+
+TEST(Vector2d, AllocatePlacesUpTo32BitCountsOrStaysEmpty)
+{
+    struct Case { std::uint32_t width, height; bool placed; };
+    for (Case const& c : {Case{3, 2, true}, Case{0, 5, true}, Case{65536, 65536, false}}) {
+        orv::verra::Vector2d<orv::verra::Rgba8, true> pixels;
+        orv::verra::Vector2d<orv::verra::Rgba8, true> moved;
+        moved.allocate(1, 1);
+        pixels.allocate(1, 1);
+        pixels.allocate(c.width, c.height); // releases the first storage
+        moved = std::move(pixels);          // takes it over, releasing its own
+        EXPECT_TRUE((moved.data != nullptr) == c.placed && moved.width == (c.placed ? c.width : 0) &&
+                    moved.height == (c.placed ? c.height : 0) && moved.count == moved.width * moved.height &&
+                    pixels.empty() && pixels.count == 0) // NOLINT(bugprone-use-after-move)
+            << c.width << "x" << c.height;
+    }
+    // The largest count is tried, and its failure survived; one more is refused before any allocation.
+    orv::verra::Vector2d<RefusedPixel, true> refused;
+    RefusedPixel::requested = 0;
+    refused.allocate(65536, 65536);
+    EXPECT_EQ(RefusedPixel::requested, 0u);
+    refused.allocate(65535, 65537);
+    EXPECT_TRUE(RefusedPixel::requested == 4294967295u && refused.empty() && refused.width == 0 && refused.count == 0);
+}
+
+TEST(Image, CreateGivesZeroedSharedPixelsOrAnInvalidImage)
+{
+    using orv::verra_sdk::Image;
+    struct Case { int width, height; bool valid; };
+    for (Case const& c : {Case{7, 3, true}, Case{0, 5, true}, Case{5, 0, true}, Case{-1, 4, false}, Case{4, -1, false},
+                          Case{-1, 0, false}, Case{0, -1, false}, Case{65536, 65536, false}}) {
+        Image const image = Image::create(c.width, c.height);
+        EXPECT_TRUE(image.isValid() == c.valid && image.hasBody() == c.valid && (image.rgba8() != nullptr) == c.valid &&
+                    image.width() == (c.valid ? c.width : 0) && image.height() == (c.valid ? c.height : 0))
+            << c.width << "x" << c.height;
+    }
+    Image first = Image::create(7, 3);
+    Image const second = first;
+    first.rgba8()[20].a = 255;
+    first = Image();
+    auto const set = [](orv::verra::Rgba8 const& pixel) { return pixel.r || pixel.g || pixel.b || pixel.a; };
+    EXPECT_TRUE(std::count_if(second.rgba8(), second.rgba8() + 21, set) == 1 && second.rgba8()[20].a == 255);
+    // A view on the image's pixels: pixel (x, y) is the (y * width + x)th.
+    orv::verra::Vector2d<orv::verra::Rgba8, false> const view(second.rgba8(), 7, 3);
+    EXPECT_TRUE(view.count == 21 && !view.empty() && view(6, 2).a == 255 && decltype(view)().empty());
+}
+
+} // namespace

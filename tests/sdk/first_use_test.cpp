@@ -1,0 +1,118 @@
+// What a process does once, each test in a process of its own: the module's
+// first use (OpenColorIO's logging silenced once, the shared configuration
+// obtained only when needed, caches filled on first demand) and OpenColorIO's
+// reading of $OCIO, whose file rules guess a file's colour space.
+
+#include "support/log_capture.h"
+#include "support/module_env.h"
+
+#include <verra_sdk/colorconfig.h>
+
+#include <OpenColorIO/OpenColorIO.h>
+#include <gtest/gtest.h>
+
+namespace OCIO = OCIO_NAMESPACE;
+using namespace orv::verra_sdk;
+using namespace verra_test;
+using Lines = std::vector<std::string>;
+
+namespace {
+
+// OpenColorIO's logging level shows whether the module has obtained the
+// shared configuration: it sets the level to NONE then, and only then.
+TEST(FirstUse, ConfigurationIsObtainedOnlyWhenNeededAndLoggingSilencedOnce)
+{
+    ModuleEnv const env;
+    LogCapture const log;
+    OCIO::SetLoggingLevel(OCIO::LOGGING_LEVEL_INFO);
+    // Neither a form of "linear", nor an invalid image, nor equal names need it.
+    EXPECT_STREQ(ColorConfig::findColorSpace("  LINEAR\t").buf(), "linear");
+    EXPECT_FALSE(ColorConfig::transform(Image(), "linear", "sRGB"));
+    EXPECT_TRUE(ColorConfig::transform(Image::create(2, 2), "", "sRGB"));
+    EXPECT_EQ(OCIO::GetLoggingLevel(), OCIO::LOGGING_LEVEL_INFO);
+    // A buffer's "linear" target has no shortcut: it obtains the configuration.
+    orv::verra::Vector2d<orv::verra::float4, true> pixels;
+    pixels.allocate(1, 1);
+    pixels.data[0] = orv::verra::float4{0.25f, 0.5f, 0.75f, 1.0f};
+    EXPECT_TRUE(colorConfigTransformRgb(pixels, "linear"));
+    EXPECT_EQ(OCIO::GetLoggingLevel(), OCIO::LOGGING_LEVEL_NONE);
+    EXPECT_EQ(pixels.data[0].g, 0.5f);
+    EXPECT_EQ(&colorConfig(), &colorConfig());
+    // The first lookup of another name fills the empty colour-space cache.
+    EXPECT_STREQ(ColorConfig::findColorSpace("srgb").buf(), "sRGB");
+    // A host that turns logging back on keeps it.
+    OCIO::SetLoggingLevel(OCIO::LOGGING_LEVEL_WARNING);
+    ColorConfig::transform(orv::math::RgbaT<double>{0.5, 0.5, 0.5, 1.0}, "lnf", "sRGB");
+    displays();
+    EXPECT_EQ(OCIO::GetLoggingLevel(), OCIO::LOGGING_LEVEL_WARNING);
+    EXPECT_EQ(log.lines(), Lines{});
+}
+
+TEST(FirstUse, ResetAsFirstOperationSilencesLoggingToo)
+{
+    ModuleEnv const env;
+    OCIO::SetLoggingLevel(OCIO::LOGGING_LEVEL_INFO);
+    EXPECT_STREQ(ColorConfig::loadOcioConfig("").buf(), "No OCIO config found, will use built-in color spaces.");
+    EXPECT_EQ(OCIO::GetLoggingLevel(), OCIO::LOGGING_LEVEL_NONE);
+}
+
+// $OCIO names, before anything reads it, a config with a display of two
+// views and file rules: png files by extension, "*plate*" by pattern.
+TEST(FirstUse, OcioVariableGivesTheStartingConfigAndTheFileRules)
+{
+    ModuleEnv const env;
+    OcioConfigText config;
+    config.colorSpaces = {"lin", "srgb_tex", "raw"};
+    config.displays = {{"Monitor", {"Film", "Raw"}}};
+    // OpenColorIO 2.1 wants an extension in every pattern rule ("*" for any).
+    config.fileRules = {R"(- !<Rule> {name: pngs, extension: png, pattern: "*", colorspace: srgb_tex})",
+                        R"(- !<Rule> {name: plates, pattern: "*plate*", extension: "*", colorspace: raw})"};
+    env.ocio().set(env.writeConfig("rules.ocio", config));
+    // The views map waits for the display list, which nothing has asked for.
+    EXPECT_EQ(views().size(), 0u);
+    EXPECT_EQ(views().size(), 0u);
+    ASSERT_EQ(displays().size(), 1u);
+    ASSERT_NE(views().find("Monitor"), nullptr);
+    EXPECT_EQ(views().find("Monitor")->size(), 2u);
+    // The rules in order (extension rules ignore case), then, when only the
+    // Default rule answers ("default"), the name search and the extension.
+    char const* const cases[][3] = {// name, guess with fallback, without
+        {"tex.png", "srgb_tex", "srgb_tex"}, {"dir/t.PNG", "srgb_tex", "srgb_tex"},
+        {"plate.png", "srgb_tex", "srgb_tex"},
+        {"shot_plate_v1.exr", "raw", "raw"}, {"a/plate/b.jpg", "raw", "raw"}, {"beauty.exr", "linear", ""},
+        {"beauty.jpg", "sRGB", ""}, {"beauty_srgb_tex.exr", "srgb_tex", "srgb_tex"}, {"", "linear", ""}};
+    for (auto const& c : cases) {
+        EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], true).buf(), c[1]) << c[0];
+        EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], false).buf(), c[2]) << c[0];
+    }
+    // The rules stay OpenColorIO's; the name search follows the reset.
+    OcioConfigText other;
+    other.colorSpaces = {"alpha", "beta"};
+    ColorConfig::loadOcioConfig(env.writeConfig("other.ocio", other).c_str());
+    EXPECT_STREQ(ColorConfig::parseColorSpace("tex.png", false).buf(), "srgb_tex");
+    EXPECT_STREQ(ColorConfig::parseColorSpace("shot_beta.exr", false).buf(), "beta");
+    EXPECT_STREQ(ColorConfig::parseColorSpace("shot_srgb_tex.exr", false).buf(), "");
+}
+
+/// $OCIO names `file` (written with `content` unless null), which
+/// OpenColorIO cannot read: its current config throws at every call, and the
+/// guess goes on without file rules.
+void expectGuessWithoutFileRules(char const* content)
+{
+    ModuleEnv const env;
+    env.ocio().set(content != nullptr ? env.dir().write("broken.ocio", content) : env.dir().file("missing.ocio"));
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_STREQ(ColorConfig::parseColorSpace("tex.png", true).buf(), "sRGB");
+        EXPECT_STREQ(ColorConfig::parseColorSpace("plate.exr", false).buf(), "");
+    }
+    EXPECT_THROW(OCIO::GetCurrentConfig(), OCIO::Exception);
+    LogCapture const log;
+    EXPECT_TRUE(ColorConfig::linearToColorSpace(Image::create(2, 2), "sRGB"));
+    EXPECT_EQ(log.lines(), Lines{});
+}
+
+TEST(BrokenOcio, MissingFile) { expectGuessWithoutFileRules(nullptr); }
+
+TEST(BrokenOcio, MalformedFile) { expectGuessWithoutFileRules("ocio_profile_version: 2.1\ncolorspaces: [\n"); }
+
+} // namespace
