@@ -182,7 +182,7 @@ void expectLikeColorconvert(std::string const& from, std::string const& to)
         EXPECT_TRUE(to == "linear"   ? ColorConfig::colorSpaceToLinear(image, from.c_str())
                     : from == "linear" ? ColorConfig::linearToColorSpace(image, to.c_str())
                                        : ColorConfig::transform(image, from.c_str(), to.c_str()));
-        EXPECT_EQ(bytesOf(sameImage.rgba8(), 128u * height), want) << from << " -> " << to << ", height " << height;
+        EXPECT_EQ(bytesOf(sameImage.rgba8(), 128u * static_cast<unsigned>(height)), want) << from << " -> " << to << ", height " << height;
     }
 }
 

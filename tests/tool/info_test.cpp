@@ -57,8 +57,8 @@ TEST_F(ToolInfo, ShowsTheCatalogueOfTheConfigAsTextAndJson)
 TEST_F(ToolInfo, OddAndLongNamesStayValidJsonAndFitEightyColumns)
 {
     std::string yaml = "ocio_profile_version: 2.1\nroles: {default: raw}\ndisplays: {}\ncolorspaces:\n";
-    for (std::string const name : {"raw", "quote\"back\\slash", "caf\xc3\xa9", "bad\xff", "a_very_long_name_number_",
-                                    "another_quite_long_colour_space_name", std::string(100, 'L').c_str()}) {
+    for (std::string const& name : std::vector<std::string>{"raw", "quote\"back\\slash", "caf\xc3\xa9", "bad\xff", "a_very_long_name_number_",
+                                    "another_quite_long_colour_space_name", std::string(100, 'L')}) {
         yaml += "  - !<ColorSpace> {name: \"" + Strutil::escape_chars(name) + "\"}\n";
     }
     std::string const config = m_env.dir().write("odd.ocio", yaml);

@@ -100,10 +100,11 @@ void writeImage(std::string const& path, int width, int height, int channels, OI
 
 std::vector<float> ramp(int width, int height, int channels, bool bytes)
 {
-    std::vector<float> values(static_cast<std::size_t>(width) * height * channels);
+    auto const perPixel = static_cast<std::size_t>(channels);
+    std::vector<float> values(static_cast<std::size_t>(width * height) * perPixel);
     for (std::size_t i = 0; i < values.size(); ++i) {
         bool const alpha = i % 4 == 3;
-        float const t = static_cast<float>((i * (7 + i % channels * 2)) % 256) / 255.0f;
+        float const t = static_cast<float>((i * (7 + i % perPixel * 2)) % 256) / 255.0f;
         values[i] = bytes || alpha ? t : t * 2.25f - 0.25f;
     }
     return values;

@@ -104,7 +104,7 @@ bool findColorChannels(ImageLevel& level, ColorChannels& found, std::string& err
             return false;
         }
     }
-    for (int i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < 3; ++i) {
         found.rgb[i] = byName[0] >= 0 && byName[1] >= 0 && byName[2] >= 0 ? byName[i] : plain[i];
     }
     found.alpha = level.pixels.spec().alpha_channel;
@@ -211,7 +211,7 @@ bool convertFloats(OIIO::ImageBuf& pixels, ColorChannels const& where, orv::Stri
     std::size_t const stride = static_cast<std::size_t>(spec.nchannels);
     std::size_t const packedStride = order.size();
     for (std::size_t i = 0; i < count; ++i) {
-        for (int c = 0; c < 3; ++c) {
+        for (std::size_t c = 0; c < 3; ++c) {
             values[i * stride + static_cast<std::size_t>(where.rgb[c])] = converted[i * packedStride + c];
         }
     }
