@@ -99,7 +99,10 @@ std::vector<Subcommand> const& subcommands()
          "whatever the config says), 'processor' (the config's), or 'same'.",
          [](CLI::App& app, Options& options) {
              fromTo(app, options, true, "The colour space of the given colour.", "The colour space to convert into.");
-             app.add_option("R_G_B_[ALPHA]", options.positionals, "The colour's channels")->type_name("")->expected(3, 4)->required();
+             app.add_option("R_G_B_[ALPHA]", options.positionals, "The colour's channels")
+                 ->type_name("")
+                 ->expected(3, 4)
+                 ->required();
          },
          &runColor, false},
         {"convert", "Convert images between two colour spaces",
@@ -117,7 +120,9 @@ std::vector<Subcommand> const& subcommands()
              fromTo(app, options, true, "The colour space of the input pixels.", "The colour space to convert into.");
              app.add_option("--out-dir", options.outDir, optionHelp("Write every output into this existing folder."))
                  ->option_text("DIR");
-             app.add_option("IN_OUT|IN", options.positionals, "The input and output images, or the inputs")->type_name("")->required();
+             app.add_option("IN_OUT|IN", options.positionals, "The input and output images, or the inputs")
+                 ->type_name("")
+                 ->required();
          },
          &runConvert, false},
         {"preview", "Turn an image into an opaque 8-bit preview",
@@ -129,7 +134,10 @@ std::vector<Subcommand> const& subcommands()
          [](CLI::App& app, Options& options) {
              fromTo(app, options, false, "The colour space of the input pixels (linear when not given).",
                     "The colour space of the preview (sRGB when not given).");
-             app.add_option("IN_OUT", options.positionals, "The image and its preview")->type_name("")->expected(2)->required();
+             app.add_option("IN_OUT", options.positionals, "The image and its preview")
+                 ->type_name("")
+                 ->expected(2)
+                 ->required();
          },
          &runPreview, false},
     };
@@ -292,7 +300,8 @@ ExitCode runCli(std::vector<std::string> const& words)
             return usageError("'help' takes one subcommand name, e.g. 'colorconfig help convert'", "");
         }
         // The formatter directly: App::help() would show the help subcommand's own.
-        printText(app.get_formatter()->make_help(sub, sub == &app ? "" : "colorconfig " + topic, CLI::AppFormatMode::Normal));
+        std::string const name = sub == &app ? "" : "colorconfig " + topic;
+        printText(app.get_formatter()->make_help(sub, name, CLI::AppFormatMode::Normal));
         return ExitCode::Success;
     }
     for (auto const& [sub, subcommand] : parsers) {
