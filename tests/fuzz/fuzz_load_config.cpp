@@ -2,10 +2,9 @@
 // then every catalogue and one conversion.
 //
 // Input: the bytes of a configuration file. Each input is written to a file
-// of its own name in $TMPDIR (OpenImageIO skips a reset to the file it
-// already uses, so a reused name could keep the previous input's
-// configuration), replacing the previous input's file, and the module is
-// reset to it. Whatever the text, the report names the file, the reset logs
+// in $TMPDIR, the module is reset to it, and the file is removed: inputs
+// take two names in turn, since OpenImageIO skips a reset to the file it
+// already uses. Whatever the text, the report names the file, the reset logs
 // at most its one line, and the catalogues answer without failing or logging.
 
 #include "fuzz_check.h"
@@ -32,12 +31,6 @@ using orv::verra_sdk::ColorConfig;
 
 std::vector<std::string> s_logged; // the lines the module logs during one input
 
-/// The file of the current input, removed when the next input or the process ends.
-struct InputFile {
-    std::string path;
-    ~InputFile() { std::remove(path.c_str()); }
-};
-
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
@@ -50,17 +43,18 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
-    static InputFile s_input;
+    namespace fs = std::filesystem;
+    static std::string const s_base =
+        fs::canonical(fs::temp_directory_path()).string() + "/verra-fuzz-";
     static unsigned long s_count = 0;
-    std::remove(s_input.path.c_str());
-    s_input.path = std::filesystem::canonical(std::filesystem::temp_directory_path()).string() + "/verra-fuzz-" +
-                   std::to_string(::getpid()) + "-" + std::to_string(s_count++) + ".ocio";
-    std::ofstream(s_input.path, std::ios::binary)
-        .write(reinterpret_cast<char const*>(data), static_cast<std::streamsize>(size));
-
+    std::string const path =
+        s_base + std::to_string(::getpid()) + (s_count++ % 2 == 0 ? "-a.ocio" : "-b.ocio");
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<char const*>(data), std::streamsize(size));
     s_logged.clear();
-    String const report = ColorConfig::loadOcioConfig(String(s_input.path.c_str()));
-    FUZZ_CHECK(report.view() == "Using specified OCIO config: " + s_input.path,
+    String const report = ColorConfig::loadOcioConfig(String(path.c_str()));
+    std::remove(path.c_str());
+    FUZZ_CHECK(report.view() == "Using specified OCIO config: " + path,
                "the report names the file, whether or not it was accepted");
     FUZZ_CHECK(s_logged.size() <= 1 && (s_logged.empty() || s_logged[0].rfind("OIIO failed to reset OCIO: ", 0) == 0),
                "a reset logs at most one line: OpenImageIO's refusal");

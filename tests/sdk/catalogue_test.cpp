@@ -1,11 +1,9 @@
 // Choosing the configuration, with the report of every outcome; the reset
-// and the caches it refills; the catalogue's lists against golden lists, for
-// configs written here and for the real ones of the shared folder.
+// and the caches it refills; the catalogue's lists against golden lists.
 
-#include "sdk_test.h"
+#include "support/module_env.h"
 
 #include <OpenImageIO/imageio.h>
-#include <OpenImageIO/strutil.h>
 
 #include <unistd.h>
 
@@ -23,9 +21,8 @@ using Discovery = SdkTest;
 TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
 {
     for (char const* name : {"a", "b", "c"}) {
-        OcioConfigText config;
-        config.colorSpaces = {std::string("from_") + name};
-        env.writeConfig(std::string(name) + "/config.ocio", config);
+        env.dir().write(std::string(name) + "/config.ocio",
+                        ocioConfig({std::string("from_") + name}));
     }
     env.dir().write("home/b.ocio", readFile(env.dir().file("b/config.ocio")));
     stdfs::create_directory_symlink(env.dir().file("a"), env.dir().file("link"));
@@ -33,7 +30,7 @@ TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
     std::pair<char const*, std::string> const tokens[] = {
         {"{A}", dir + "/a/config.ocio"}, {"{B}", dir + "/b/config.ocio"}, {"{C}", dir + "/c/config.ocio"},
         {"{H}", dir + "/home/b.ocio"}, {"{M}", dir + "/nowhere/missing.ocio"},
-        {"{T}", env.productDir() + "/ocio.txt"}, {"{D}", dir}, {"{V}", std::string(10000, 'V')}};
+        {"{T}", env.ocioTxt()}, {"{D}", dir}, {"{V}", std::string(10000, 'V')}};
     auto const expand = [&](std::string text) {
         for (auto const& [token, value] : tokens) {
             text = OIIO::Strutil::replace(text, token, value, true);
@@ -74,25 +71,26 @@ TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
     };
     EnvGuard const variable("VERRA_TEST_CFG");
     for (auto const& c : cases) {
-        stdfs::remove(expand("{T}"));
+        stdfs::remove(env.ocioTxt());
         if (c[1] != nullptr) {
-            env.writeOcioTxt(expand(c[1]));
+            env.dir().write("xdg/verra/ocio.txt", expand(c[1]));
         }
-        c[2] != nullptr ? env.ocio().set(expand(c[2])) : env.ocio().unset();
-        c[3] != nullptr ? variable.set(expand(c[3])) : variable.unset();
+        env.ocio().put(c[2] != nullptr ? expand(c[2]).c_str() : nullptr);
+        variable.put(c[3] != nullptr ? expand(c[3]).c_str() : nullptr);
         EXPECT_EQ(load(expand(c[0])), expand(c[4])) << c[0] << ", ocio.txt " << (c[1] ? c[1] : "none");
         Names const listed = texts(ColorConfig::colorSpaces());
         EXPECT_EQ(listed.size() > 3 ? listed[3] : "", c[5]) << c[0];
     }
     // An ocio.txt that is a folder is no source; one that cannot be read is reported.
-    stdfs::remove(expand("{T}"));
+    stdfs::remove(env.ocioTxt());
     env.ocio().unset();
-    env.dir().mkdir("xdg/verra/ocio.txt");
+    stdfs::create_directories(env.ocioTxt());
     EXPECT_EQ(load(""), builtIn);
     EXPECT_EQ(log.lines(), Lines{});
     if (::geteuid() != 0) { // permissions do not stop the superuser
-        stdfs::remove(expand("{T}"));
-        stdfs::permissions(env.writeOcioTxt(expand("{B}")), stdfs::perms::none);
+        stdfs::remove(env.ocioTxt());
+        stdfs::permissions(env.dir().write("xdg/verra/ocio.txt", expand("{B}")),
+                           stdfs::perms::none);
         EXPECT_EQ(load(""), expand("Error: found {T} but failed to open it for reading."));
     }
 }
@@ -112,17 +110,22 @@ using Reset = SdkTest;
 
 TEST_F(Reset, CachesHoldTheirListsUntilTheNextConfig)
 {
-    OcioConfigText first;
-    first.colorSpaces = {"one_a", "one_b"};
-    first.displays = {{"OneDisplay", {"OneView"}}, {"Monitor", {"OneOnly"}}};
-    first.looks = {"one_look"};
+    std::string const first = ocioConfig({"one_a", "one_b"}, {}, R"(displays:
+  OneDisplay: [!<View> {name: OneView, colorspace: one_a}]
+  Monitor: [!<View> {name: OneOnly, colorspace: one_a}]
+looks: [!<Look> {name: one_look, process_space: one_a}]
+)");
     // A display listed twice, one that differs only in case, a view listed twice.
-    OcioConfigText second;
-    second.displays = {{"Monitor", {"Film", "Raw", "Log"}}, {"Projector", {"Film"}}, {"monitor", {"Raw"}}};
-    second.activeDisplays = "Monitor, Projector, Monitor, monitor";
-    second.activeViews = "Film, Raw, Film, Log";
-    second.looks = {"warm", "cool"};
-    second.roles = {{"scene_linear", "lin"}, {"data", "raw"}};
+    std::string const second = ocioConfig({"lin", "raw"}, {}, R"(displays:
+  Monitor: [!<View> {name: Film, colorspace: lin}, !<View> {name: Raw, colorspace: lin},
+            !<View> {name: Log, colorspace: lin}]
+  Projector: [!<View> {name: Film, colorspace: lin}]
+  monitor: [!<View> {name: Raw, colorspace: lin}]
+active_displays: [Monitor, Projector, Monitor, monitor]
+active_views: [Film, Raw, Film, Log]
+looks: [!<Look> {name: warm, process_space: lin}, !<Look> {name: cool, process_space: lin}]
+roles: {default: lin, scene_linear: lin, data: raw}
+)");
     auto const expectLists = [](Names const& spaces, Names const& shown, Names const& viewsShown,
                                 Names const& lookNames, Names const& roleNames) {
         EXPECT_EQ(texts(ColorConfig::colorSpaces()), spaces);
@@ -140,7 +143,7 @@ TEST_F(Reset, CachesHoldTheirListsUntilTheNextConfig)
     views().set("Added", orv::StringVector{"x"});
     views().find("Monitor")->push_back("Shared");
     // A config changed under the caches: only the defaults, never cached, follow.
-    std::string const path = env.writeConfig("second.ocio", second);
+    std::string const path = env.dir().write("second.ocio", second);
     ASSERT_TRUE(colorConfig().reset(path));
     EXPECT_STREQ(defaultDisplay().buf(), "Monitor");
     EXPECT_STREQ(defaultView().buf(), "Film");
@@ -161,13 +164,11 @@ TEST_F(Reset, CachesHoldTheirListsUntilTheNextConfig)
 
 TEST_F(Reset, RefusedFilesLogOnlyAPendingGlobalError)
 {
-    static char const kGarbage[] = "\x7f" "ELF\x02\x01\x01\0\0\0 {[: \xff\xfe";
     std::string const files[] = {
-        env.dir().write("empty.ocio", ""), env.dir().write("garbage.ocio", std::string(kGarbage, sizeof kGarbage - 1)),
         env.dir().write("new.ocio", "ocio_profile_version: 9.1\ncolorspaces: [!<ColorSpace> {name: raw}]\n"),
         env.dir().write("yaml.ocio", "this: [is not a config\n")};
     for (std::string const& file : files) {
-        bool const pendingError = file == files[3];
+        bool const pendingError = file == files[1];
         OIIO::geterror(true);
         if (pendingError) {
             EXPECT_EQ(OIIO::ImageInput::open(env.dir().file("missing.exr")), nullptr);
@@ -200,17 +201,13 @@ TEST_F(Catalogue, ColorSpacesAndTheLookupOfATypedName)
         {{"lin", "Default", "Rgb"}, {"lin", "Default", "Rgb"}},
         {{"Linear", "lin", "LIN2", "sRGB"}, {"lin", "LIN2"}}};
     for (auto const& [names, listed] : cases) {
-        OcioConfigText config;
-        config.colorSpaces = names;
-        loadConfig(config, names.back() + ".ocio");
+        loadConfig(ocioConfig(names), names.back() + ".ocio");
         Names expected{"linear", "sRGB", "Rec709"};
         expected.insert(expected.end(), listed.begin(), listed.end());
         EXPECT_EQ(texts(ColorConfig::colorSpaces()), expected);
     }
 
-    OcioConfigText config;
-    config.colorSpaces = {"ACEScg", "\tpadded\r", "Utility - Raw", "Zeta@["};
-    loadConfig(config, "find.ocio");
+    loadConfig(ocioConfig({"ACEScg", "\tpadded\r", "Utility - Raw", "Zeta@["}), "find.ocio");
     std::pair<char const*, char const*> const typed[] = {
         {"srgb", "sRGB"}, {" rec709", "Rec709"}, {"\tLINEAR \n", "linear"}, {"\v\fsrgb\r", "sRGB"},
         {"acescg", "ACEScg"}, {"utility - raw ", "Utility - Raw"}, {"PADDED", "\tpadded\r"}, {"zETA@[", "Zeta@["},
