@@ -17,10 +17,13 @@ TEST_F(ToolInfo, WithoutAnyConfigShowsTheBuiltIns)
               (Outcome{0,
                        "Config\n  No OCIO config found, will use built-in color spaces.\n"
                        "  In use: the built-in colour spaces only (linear, sRGB, Rec709).\n\n"
-                       "Colour spaces (3)\n  linear  sRGB    Rec709\n\n"
+                       "Colour spaces (3)\n  linear*  sRGB*    Rec709*\n"
+                       "  * built in: the module's own, listed before the config's\n\n"
+                       "Inactive colour spaces, accepted by name (0)\n  (none)\n\n"
+                       "Config colour spaces the list hides (0)\n  (none)\n\n"
                        "Default display  (none)\nDefault view     (none)\n\n"
                        "Displays and their views (0)\n  (none)\n\nLooks (0)\n  (none)\n\n"
-                       "Roles (0)\n  (none)\n",
+                       "Roles and their colour spaces (0)\n  (none)\n",
                        ""}));
     EXPECT_EQ(Json::parse(run({"info", "--json"}).out)["configFile"], "");
 }
@@ -34,20 +37,25 @@ TEST_F(ToolInfo, ShowsTheCatalogueOfTheConfigAsTextAndJson)
             0,
             "Config\n  Using specified OCIO config: " + config +
                 "\n\n"
-                "Colour spaces (6)\n  linear    sRGB      Rec709    lin       raw       "
-                "srgb_tex\n\n"
+                "Colour spaces (6)\n  linear*   sRGB*     Rec709*   lin       raw       srgb_tex\n"
+                "  * built in: the module's own, listed before the config's\n\n"
+                "Inactive colour spaces, accepted by name (0)\n  (none)\n\n"
+                "Config colour spaces the list hides (0)\n  (none)\n\n"
                 "Default display  Monitor\nDefault view     Standard\n\n"
                 "Displays and their views (2)\n  Monitor    Standard, Raw\n  Projector  Film\n\n"
-                "Looks (1)\n  Warm\n\nRoles (2)\n  default       scene_linear\n",
+                "Looks (1)\n  Warm\n\n"
+                "Roles and their colour spaces (2)\n  default       lin\n  scene_linear  lin\n",
             ""}));
     Json const json = Json::parse(run({"info", "--json", "--config", config}).out);
     EXPECT_EQ(json, Json::parse(R"({"report": "Using specified OCIO config: )" + config + R"(",
         "configFile": ")" + config + R"(", "errors": [],
         "colorSpaces": ["linear", "sRGB", "Rec709", "lin", "raw", "srgb_tex"],
+        "builtIns": ["linear", "sRGB", "Rec709"], "inactiveColorSpaces": [], "hidden": [],
         "defaultDisplay": "Monitor", "defaultView": "Standard",
         "displays": [{"name": "Monitor", "views": ["Standard", "Raw"]},
                      {"name": "Projector", "views": ["Film"]}],
-        "looks": ["Warm"], "roles": ["default", "scene_linear"]})"));
+        "looks": ["Warm"], "roles": [{"name": "default", "colorSpace": "lin"},
+                                     {"name": "scene_linear", "colorSpace": "lin"}]})"));
 }
 
 TEST_F(ToolInfo, OddAndLongNamesStayValidJsonAndFitEightyColumns)

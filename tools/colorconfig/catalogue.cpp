@@ -1,11 +1,12 @@
 #include "catalogue.h"
 
+#include "json_text.h"
+
 #include <verra_sdk/colorconfig.h>
 
 #include <OpenImageIO/strutil.h>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
@@ -52,12 +53,10 @@ std::string wrappedList(std::string const& first, std::vector<std::string> const
     return Strutil::replace(wrapped(first, Strutil::join(protectedNames, ", ")), "\x1f", " ", true);
 }
 
-std::string heading(char const* title, std::size_t count) { return fmt::format("\n{} ({})\n", title, count); }
-
 /// `names` row by row in columns of equal width, as many as fit in a line.
-void appendNameList(std::string& text, char const* title, std::vector<std::string> const& names)
+void appendNameList(std::string& text, std::string const& title, std::vector<std::string> const& names)
 {
-    text += heading(title, names.size());
+    text += fmt::format("\n{} ({})\n", title, names.size());
     if (names.empty()) {
         text += "  (none)\n";
         return;
@@ -77,7 +76,7 @@ void appendNameList(std::string& text, char const* title, std::vector<std::strin
 
 void appendDisplays(std::string& text, Catalogue const& catalogue)
 {
-    text += heading("Displays and their views", catalogue.displays.size());
+    text += fmt::format("\nDisplays and their views ({})\n", catalogue.displays.size());
     if (catalogue.displays.empty()) {
         text += "  (none)\n";
         return;
@@ -102,6 +101,29 @@ std::string orNone(std::string const& name) { return name.empty() ? "(none)" : n
 
 } // namespace
 
+std::string pairsText(std::string const& title, std::vector<std::pair<std::string, std::string>> const& pairs)
+{
+    std::size_t widest = 0;
+    for (auto const& [first, unused] : pairs) {
+        widest = std::max(widest, first.size());
+    }
+    std::string text = fmt::format("\n{} ({})\n", title, pairs.size());
+    for (auto const& [first, second] : pairs) {
+        text += std::string(kIndent, ' ') + (second.empty() ? first : fmt::format("{:<{}}  {}", first, widest, second));
+        text += "\n";
+    }
+    return pairs.empty() ? text + "  (none)\n" : text;
+}
+
+std::vector<std::pair<std::string, std::string>> hiddenPairs(std::vector<HiddenName> const& hidden)
+{
+    std::vector<std::pair<std::string, std::string>> pairs;
+    for (HiddenName const& name : hidden) {
+        pairs.emplace_back(name.name, name.reason);
+    }
+    return pairs;
+}
+
 Catalogue readCatalogue(LoadedConfig const& config)
 {
     Catalogue catalogue;
@@ -111,6 +133,8 @@ Catalogue readCatalogue(LoadedConfig const& config)
     }
     catalogue.problems = config.problems;
     catalogue.colorSpaces = toStrings(sdk::ColorConfig::colorSpaces());
+    catalogue.inactive = inactiveColorSpaces(config.ocio);
+    catalogue.hidden = hiddenNames(config.ocio);
     catalogue.defaultDisplay = std::string(sdk::defaultDisplay().view());
     catalogue.defaultView = std::string(sdk::defaultView().view());
     orv::StringVector const displays = sdk::displays();
@@ -121,7 +145,12 @@ Catalogue readCatalogue(LoadedConfig const& config)
                                         list != nullptr ? toStrings(*list) : std::vector<std::string>());
     }
     catalogue.looks = toStrings(sdk::looks());
-    catalogue.roles = toStrings(sdk::roles());
+    std::vector<std::pair<std::string, std::string>> const spaces = rolesWithSpaces(config.ocio);
+    for (std::string const& role : toStrings(sdk::roles())) {
+        auto const found = std::find_if(spaces.begin(), spaces.end(),
+                                        [&role](auto const& entry) { return entry.first == role; });
+        catalogue.roles.emplace_back(role, found != spaces.end() ? found->second : std::string());
+    }
     return catalogue;
 }
 
@@ -139,34 +168,46 @@ std::string catalogueText(Catalogue const& catalogue)
     if (catalogue.configFile.empty()) {
         text += "  In use: the built-in colour spaces only (linear, sRGB, Rec709).\n";
     }
-    appendNameList(text, "Colour spaces", catalogue.colorSpaces);
+    std::vector<std::string> marked = catalogue.colorSpaces;
+    for (std::string& name : marked) {
+        name += isBuiltIn(name) ? "*" : "";
+    }
+    appendNameList(text, "Colour spaces", marked);
+    text += "  * built in: the module's own, listed before the config's\n";
+    appendNameList(text, "Inactive colour spaces, accepted by name", catalogue.inactive);
+    text += pairsText("Config colour spaces the list hides", hiddenPairs(catalogue.hidden));
     text += "\nDefault display  " + orNone(catalogue.defaultDisplay) + "\n";
     text += "Default view     " + orNone(catalogue.defaultView) + "\n";
     appendDisplays(text, catalogue);
     appendNameList(text, "Looks", catalogue.looks);
-    appendNameList(text, "Roles", catalogue.roles);
+    text += pairsText("Roles and their colour spaces", catalogue.roles);
     return text;
 }
 
 std::string catalogueJson(Catalogue const& catalogue)
 {
-    nlohmann::ordered_json displays = nlohmann::ordered_json::array();
+    Json displays = Json::array();
     for (auto const& [display, views] : catalogue.displays) {
         displays.push_back({{"name", display}, {"views", views}});
     }
-    nlohmann::ordered_json const json{
+    std::vector<std::string> builtIns;
+    std::copy_if(catalogue.colorSpaces.begin(), catalogue.colorSpaces.end(), std::back_inserter(builtIns),
+                 isBuiltIn);
+    Json const json{
         {"report", catalogue.report},
         {"configFile", catalogue.configFile},
         {"errors", catalogue.problems},
         {"colorSpaces", catalogue.colorSpaces},
+        {"builtIns", builtIns},
+        {"inactiveColorSpaces", catalogue.inactive},
+        {"hidden", pairsJson(hiddenPairs(catalogue.hidden), "reason")},
         {"defaultDisplay", catalogue.defaultDisplay},
         {"defaultView", catalogue.defaultView},
         {"displays", displays},
         {"looks", catalogue.looks},
-        {"roles", catalogue.roles},
+        {"roles", pairsJson(catalogue.roles, "colorSpace")},
     };
-    // Bytes that are not UTF-8 (names are bytes to OpenColorIO) become U+FFFD.
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    return jsonText(json);
 }
 
 } // namespace colorconfig

@@ -51,10 +51,15 @@ struct Subcommand {
     void (*declare)(CLI::App& app, Options& options);
     RunCommand run;
     /// True when it prints the configuration report and its problems itself
-    /// (only `info`); the others do not run when the configuration has a
-    /// problem.
+    /// (`info` and `check`); the others do not run when the configuration
+    /// has a problem.
     bool printsReport;
 };
+
+void jsonFlag(CLI::App& app, Options& options, char const* help)
+{
+    app.add_flag("--json", options.json, optionHelp(help));
+}
 
 void fromTo(CLI::App& app, Options& options, bool required, char const* fromHelp, char const* toHelp)
 {
@@ -66,26 +71,47 @@ std::vector<Subcommand> const& subcommands()
 {
     static std::vector<Subcommand> const table{
         {"info", "Show which config is used and what it offers",
-         "Loads the config, prints the report of how it was chosen, then the catalogue: colour spaces, "
-         "default display and view, each display with its views, looks and roles.",
+         "Loads the config, prints the report of how it was chosen, then the catalogue: colour spaces (the "
+         "built-ins marked), the config's inactive spaces (accepted by name), the config's spaces that the "
+         "list hides behind a built-in or another name, default display and view, each display with its "
+         "views, looks, and roles with their colour spaces. --json prints an object with the members report, "
+         "configFile, errors, colorSpaces, builtIns, inactiveColorSpaces, hidden ({name, reason}), "
+         "defaultDisplay, defaultView, displays ({name, views}), looks and roles ({name, colorSpace}).",
          [](CLI::App& app, Options& options) {
-             app.add_flag("--json", options.json, optionHelp("Print the same content as a JSON object, for scripts."));
+             jsonFlag(app, options, "Print the same content as a JSON object, for scripts.");
          },
          &runInfo, true},
+        {"check", "Check a config: what works, what is broken",
+         "Reports whether OpenColorIO reads the config and its reason when not, every missing file, OpenColorIO's "
+         "own validation, the active colour spaces, display views and looks whose processor cannot be built, "
+         "the config's spaces that the module's list hides, the roles with their colour spaces, what the file "
+         "rules give a few typical file names, and the default display and view. Exits 1 when anything is "
+         "broken (hidden names are not). --json prints an object with the members configFile, ok, errors, "
+         "validation, colorSpacesTried, failedColorSpaces, viewsTried, failedViews, looksTried, failedLooks "
+         "(each failure {name, reason}), hidden ({name, reason}), roles ({name, colorSpace}), fileRules "
+         "({file, colorSpace, rule}), defaultDisplay and defaultView.",
+         [](CLI::App& app, Options& options) { jsonFlag(app, options, "Print the report as a JSON object."); },
+         &runCheck, true},
         {"find", "Print the listed form of colour-space names",
          "Looks each NAME up without regard to letter case or blanks around it, and prints the name as the "
-         "colour-space list holds it. With several names, each line reads 'NAME: LISTED'. A name that is not "
-         "found is reported on standard error with the closest listed names.",
+         "colour-space list holds it. Names the config knows otherwise are resolved too, and standard error "
+         "says how: an alias ('alias of ...'), a role ('role scene_linear → ...'), an inactive space "
+         "('inactive'), or a built-in that shadows a config space. With several names, each line reads "
+         "'NAME: LISTED'. A name that is not found is reported on standard error with the closest names. "
+         "--json prints an array of {name, colorSpace (null when not found), how ('listed' or as above), "
+         "closest}.",
          [](CLI::App& app, Options& options) {
+             jsonFlag(app, options, "Print the results as a JSON array.");
              app.add_option("NAME", options.positionals, "Colour-space names")->type_name("")->required();
          },
          &runFind, false},
         {"guess", "Guess the colour space of files from their names",
          "Tells the colour space of each FILE from its name alone (the file is not opened): the file rules of "
-         "the OCIO config named by $OCIO, then a colour-space name found in the text, then the extension "
-         "(png, jpg, tga and bmp are sRGB, anything else linear). With several files, each line reads "
-         "'FILE: SPACE'.",
+         "the config in use, then a colour-space name found in the text, then the extension (png, jpg, tga "
+         "and bmp are sRGB, anything else linear). With several files, each line reads 'FILE: SPACE'. "
+         "--json prints an array of {file, colorSpace (null when none)}.",
          [](CLI::App& app, Options& options) {
+             jsonFlag(app, options, "Print the results as a JSON array.");
              app.add_flag("--no-fallback", options.noFallback,
                           optionHelp("Do not guess from the extension; a file with no other answer is a failure."));
              app.add_option("FILE", options.positionals, "File names")->type_name("")->required();
@@ -96,8 +122,10 @@ std::vector<Subcommand> const& subcommands()
          "significant digits, enough to read back the exact double. Negative values are accepted as they "
          "are (-0.5, -inf), as are inf and nan. With --verbose, standard error also tells the route: "
          "'built-in curve' (the module's own sRGB and Rec709 curves, used between linear and those two "
-         "whatever the config says), 'processor' (the config's), or 'same'.",
+         "whatever the config says), 'processor' (the config's), or 'same'. --json prints {from, to, route, "
+         "input, output}, with null for nan and infinities.",
          [](CLI::App& app, Options& options) {
+             jsonFlag(app, options, "Print the result as a JSON object.");
              fromTo(app, options, true, "The colour space of the given colour.", "The colour space to convert into.");
              app.add_option("R_G_B_[ALPHA]", options.positionals, "The colour's channels")
                  ->type_name("")
@@ -140,6 +168,30 @@ std::vector<Subcommand> const& subcommands()
                  ->required();
          },
          &runPreview, false},
+        {"view", "Show images through a display and view of the config",
+         "Applies the config's display/view transform (with looks, if given) to the colour channels of every "
+         "image of IN, computed in float, and writes OUT in the format that its extension names, at the "
+         "input's data type. Alpha and the other channels are kept, colours are not divided by alpha, and "
+         "'oiio:ColorSpace' names the view's colour space. Without --display and --view, the config's default "
+         "display and its default view. File safety as for convert.",
+         [](CLI::App& app, Options& options) {
+             app.add_option("--from", options.from, optionHelp("The colour space of the input pixels."))
+                 ->option_text("NAME")
+                 ->required();
+             app.add_option("--display", options.display, optionHelp("The display (the config's default if not "
+                                                                     "given)."))
+                 ->option_text("NAME");
+             app.add_option("--view", options.view, optionHelp("The view of that display (its default if not "
+                                                               "given)."))
+                 ->option_text("NAME");
+             app.add_option("--look", options.looks, optionHelp("Looks to apply, separated by commas."))
+                 ->option_text("L[,L2]");
+             app.add_option("IN_OUT", options.positionals, "The image and its result")
+                 ->type_name("")
+                 ->expected(2)
+                 ->required();
+         },
+         &runView, false},
     };
     return table;
 }

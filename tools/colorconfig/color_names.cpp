@@ -25,13 +25,24 @@ std::string joined(std::vector<std::string> const& names)
 
 } // namespace
 
-void reportUnknownColorSpace(std::string const& name)
+std::vector<std::string> closestColorSpaces(std::string const& name, OCIO_NAMESPACE::ConstConfigRcPtr const& config)
 {
-    std::vector<std::string> listed;
+    std::vector<std::string> known;
     for (orv::String const& space : orv::verra_sdk::ColorConfig::colorSpaces()) {
-        listed.emplace_back(space.view());
+        std::string entry(space.view());
+        if (!isBuiltIn(entry) || builtInConverts(entry)) {
+            known.push_back(std::move(entry));
+        }
     }
-    std::vector<std::string> const close = closestNames(name, listed, kSuggestions);
+    for (std::string& inactive : inactiveColorSpaces(config)) {
+        known.push_back(std::move(inactive));
+    }
+    return closestNames(name, known, kSuggestions);
+}
+
+void reportUnknownColorSpace(std::string const& name, OCIO_NAMESPACE::ConstConfigRcPtr const& config)
+{
+    std::vector<std::string> const close = closestColorSpaces(name, config);
     if (close.empty()) {
         console::error("unknown colour space '{}' ('colorconfig info' lists them all)", name);
     } else {
@@ -39,13 +50,13 @@ void reportUnknownColorSpace(std::string const& name)
     }
 }
 
-orv::String resolveColorSpace(std::string const& name)
+orv::String resolveColorSpace(std::string const& name, OCIO_NAMESPACE::ConstConfigRcPtr const& config)
 {
-    orv::String const listed = orv::verra_sdk::ColorConfig::findColorSpace(orv::String(name));
-    if (listed.isEmpty()) {
-        reportUnknownColorSpace(name);
+    ResolvedName const resolved = resolveName(name, config);
+    if (resolved.name.empty()) {
+        reportUnknownColorSpace(name, config);
     }
-    return listed;
+    return orv::String(resolved.name);
 }
 
 } // namespace colorconfig

@@ -17,13 +17,18 @@ struct Options {
     std::string config;
     /// --verbose.
     bool verbose = false;
-    /// info's --json.
+    /// --json of info, find, guess, color and check.
     bool json = false;
     /// guess's --no-fallback.
     bool noFallback = false;
     /// --from and --to of color, convert and preview (preview's defaults).
     std::string from = "linear";
     std::string to = "sRGB";
+    /// view's --display, --view and --look (empty: the config's defaults,
+    /// no looks).
+    std::string display;
+    std::string view;
+    std::string looks;
     /// convert's --out-dir: whether it was given, and its value.
     bool hasOutDir = false;
     std::string outDir;

@@ -3,6 +3,7 @@
 #include "color_names.h"
 #include "commands.h"
 #include "console.h"
+#include "json_text.h"
 
 #include <verra_sdk/color_route.h>
 #include <verra_sdk/colorconfig.h>
@@ -24,8 +25,8 @@ ExitCode runColor(Context const& context)
             return ExitCode::Usage;
         }
     }
-    orv::String const from = resolveColorSpace(context.options.from);
-    orv::String const to = resolveColorSpace(context.options.to);
+    orv::String const from = resolveColorSpace(context.options.from, context.config.ocio);
+    orv::String const to = resolveColorSpace(context.options.to, context.config.ocio);
     if (from.isEmpty() || to.isEmpty()) {
         return ExitCode::Failure;
     }
@@ -41,6 +42,17 @@ ExitCode runColor(Context const& context)
     }
     orv::math::RgbaT<double> const converted =
         sdk::ColorConfig::transform({channels[0], channels[1], channels[2], channels[3]}, from, to);
+    if (context.options.json) {
+        std::vector<double> input(channels, channels + words.size());
+        std::vector<double> output{converted.r, converted.g, converted.b, converted.a};
+        output.resize(words.size());
+        printJson({{"from", from.view()},
+                   {"to", to.view()},
+                   {"route", sdk::colorRouteName(route)},
+                   {"input", input},
+                   {"output", output}});
+        return ExitCode::Success;
+    }
     // 17 significant digits read back as the same double.
     std::string line = fmt::format("{:.17g} {:.17g} {:.17g}", converted.r, converted.g, converted.b);
     if (words.size() == 4) {

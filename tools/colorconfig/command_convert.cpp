@@ -119,8 +119,8 @@ ExitCode runConvert(Context const& context)
     if (!planJobs(context.options, jobs, failure)) {
         return failure;
     }
-    orv::String const from = resolveColorSpace(context.options.from);
-    orv::String const to = resolveColorSpace(context.options.to);
+    orv::String const from = resolveColorSpace(context.options.from, context.config.ocio);
+    orv::String const to = resolveColorSpace(context.options.to, context.config.ocio);
     if (from.isEmpty() || to.isEmpty()) {
         return ExitCode::Failure;
     }

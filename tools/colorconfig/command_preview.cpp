@@ -63,8 +63,8 @@ ExitCode runPreview(Context const& context)
         console::error("'{}' would replace its own input; choose another output", output);
         return ExitCode::Failure;
     }
-    orv::String const from = resolveColorSpace(context.options.from);
-    orv::String const to = resolveColorSpace(context.options.to);
+    orv::String const from = resolveColorSpace(context.options.from, context.config.ocio);
+    orv::String const to = resolveColorSpace(context.options.to, context.config.ocio);
     if (from.isEmpty() || to.isEmpty()) {
         return ExitCode::Failure;
     }

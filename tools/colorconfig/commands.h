@@ -18,4 +18,9 @@ ExitCode runConvert(Context const& context);
 /// `preview`: a linear float image as an opaque 8-bit PNG.
 ExitCode runPreview(Context const& context);
 
+/// `view`: images through a display and view transform of the config.
+ExitCode runView(Context const& context);
+/// `check`: what works and what is broken in the config.
+ExitCode runCheck(Context const& context);
+
 } // namespace colorconfig

@@ -2,6 +2,9 @@
 
 #include <OpenColorIO/OpenColorIO.h>
 
+#include <verra_sdk/colorconfig.h>
+
+#include <array>
 #include <set>
 
 namespace colorconfig {
@@ -51,6 +54,8 @@ private:
     std::vector<std::string> m_problems;
 };
 
+} // namespace
+
 std::vector<std::string> missingFiles(OCIO::ConstConfigRcPtr const& config)
 {
     MissingFiles files(config);
@@ -89,15 +94,136 @@ std::vector<std::string> missingFiles(OCIO::ConstConfigRcPtr const& config)
     return files.problems();
 }
 
-} // namespace
+namespace {
 
-std::vector<std::string> configProblems(std::string const& path)
+/// OpenColorIO's reason when it cannot build a processor of `transform`;
+/// empty when it can (or when there is no transform).
+std::string processorFailure(OCIO::Config const& config, OCIO::ConstTransformRcPtr const& transform)
 {
     try {
-        return missingFiles(OCIO::Config::CreateFromFile(path.c_str()));
+        if (transform) {
+            config.getProcessor(transform);
+        }
+        return {};
     } catch (OCIO::Exception const& exception) {
-        return {exception.what()};
+        return exception.what();
     }
+}
+
+/// The first failure of the transforms' processors, or empty.
+std::string firstFailure(OCIO::Config const& config, std::initializer_list<OCIO::ConstTransformRcPtr> transforms)
+{
+    for (OCIO::ConstTransformRcPtr const& transform : transforms) {
+        std::string reason = processorFailure(config, transform);
+        if (!reason.empty()) {
+            return reason;
+        }
+    }
+    return {};
+}
+
+void checkColorSpaces(OCIO::Config const& config, CheckReport& report)
+{
+    report.colorSpaceCount = config.getNumColorSpaces();
+    for (int i = 0; i < report.colorSpaceCount; ++i) {
+        OCIO::ConstColorSpaceRcPtr const space = config.getColorSpace(config.getColorSpaceNameByIndex(i));
+        std::string reason = firstFailure(config, {space->getTransform(OCIO::COLORSPACE_DIR_TO_REFERENCE),
+                                                   space->getTransform(OCIO::COLORSPACE_DIR_FROM_REFERENCE)});
+        if (!reason.empty()) {
+            report.colorSpaces.push_back({space->getName(), std::move(reason)});
+        }
+    }
+}
+
+void checkViews(OCIO::Config const& config, CheckReport& report)
+{
+    // The views are shown from scene-linear, else from the first colour space.
+    std::string const source = config.hasRole(OCIO::ROLE_SCENE_LINEAR) || config.getNumColorSpaces() == 0
+                                   ? std::string(OCIO::ROLE_SCENE_LINEAR)
+                                   : std::string(config.getColorSpaceNameByIndex(0));
+    for (int d = 0; d < config.getNumDisplays(); ++d) {
+        char const* display = config.getDisplay(d);
+        for (int v = 0; v < config.getNumViews(display); ++v) {
+            char const* view = config.getView(display, v);
+            OCIO::DisplayViewTransformRcPtr const transform = OCIO::DisplayViewTransform::Create();
+            transform->setSrc(source.c_str());
+            transform->setDisplay(display);
+            transform->setView(view);
+            ++report.viewCount;
+            std::string reason = processorFailure(config, transform);
+            if (!reason.empty()) {
+                report.views.push_back({std::string(display) + " / " + view, std::move(reason)});
+            }
+        }
+    }
+}
+
+void checkLooks(OCIO::Config const& config, CheckReport& report)
+{
+    report.lookCount = config.getNumLooks();
+    for (int i = 0; i < report.lookCount; ++i) {
+        OCIO::ConstLookRcPtr const look = config.getLook(config.getLookNameByIndex(i));
+        std::string reason = firstFailure(config, {look->getTransform(), look->getInverseTransform()});
+        if (!reason.empty()) {
+            report.looks.push_back({look->getName(), std::move(reason)});
+        }
+    }
+}
+
+void guessFileNames(OCIO::Config const& config, CheckReport& report)
+{
+    static std::array<char const*, 5> const kFiles{"render.exr", "plate.dpx", "texture.png", "photo.jpg",
+                                                   "scan.tif"};
+    OCIO::ConstFileRulesRcPtr const rules = config.getFileRules();
+    for (char const* file : kFiles) {
+        std::size_t rule = 0;
+        std::string const space = config.getColorSpaceFromFilepath(file, rule);
+        report.fileRules.push_back({file, space, rule < rules->getNumEntries() ? rules->getName(rule) : ""});
+    }
+}
+
+} // namespace
+
+bool CheckReport::broken() const
+{
+    return !read || !problems.empty() || !validation.empty() || !colorSpaces.empty() ||
+           !views.empty() || !looks.empty();
+}
+
+CheckReport checkConfig(LoadedConfig const& loaded)
+{
+    CheckReport report;
+    report.problems = loaded.problems;
+    if (loaded.usesFile) {
+        report.configFile = orv::verra_sdk::colorConfig().configname();
+    }
+    if (!loaded.usesFile && report.problems.empty()) {
+        report.problems.push_back("no config file is in use, only the built-in colour spaces: name one with "
+                                  "--config, ocio.txt or $OCIO");
+    }
+    if (!loaded.ocio) {
+        return report;
+    }
+    report.read = true;
+    OCIO::Config const& config = *loaded.ocio;
+    try {
+        config.validate();
+    } catch (OCIO::Exception const& exception) {
+        report.validation = exception.what();
+    }
+    try {
+        checkColorSpaces(config, report);
+        checkViews(config, report);
+        checkLooks(config, report);
+        guessFileNames(config, report);
+        report.defaultDisplay = config.getDefaultDisplay();
+        report.defaultView = config.getDefaultView(report.defaultDisplay.c_str());
+    } catch (OCIO::Exception const& exception) {
+        report.validation += (report.validation.empty() ? "" : " ") + std::string(exception.what());
+    }
+    report.hidden = hiddenNames(loaded.ocio);
+    report.roles = rolesWithSpaces(loaded.ocio);
+    return report;
 }
 
 } // namespace colorconfig

@@ -183,15 +183,15 @@ bool convertPackedFloats(OIIO::ImageBuf& pixels, orv::String const& from, orv::S
 
 namespace {
 
-/// Converts the colour channels (and alpha) of FLOAT pixels in any layout:
-/// packed pixels in place, others through a packed copy whose colour
-/// channels are then put back.
-bool convertFloats(OIIO::ImageBuf& pixels, ColorChannels const& where, orv::String const& from,
-                   orv::String const& to, std::string& error)
+/// Applies `operation` to the colour channels (and alpha) of FLOAT pixels
+/// in any layout: packed pixels in place, others through a packed copy whose
+/// colour channels are then put back.
+bool forColorChannels(OIIO::ImageBuf& pixels, ColorChannels const& where, PackedOperation const& operation,
+                      std::string& error)
 {
     OIIO::ImageSpec const& spec = pixels.spec();
     if (where.packed(spec.nchannels)) {
-        return convertPackedFloats(pixels, from, to, error);
+        return operation(pixels, error);
     }
     std::vector<int> order{where.rgb[0], where.rgb[1], where.rgb[2]};
     if (where.alpha >= 0) {
@@ -202,7 +202,7 @@ bool convertFloats(OIIO::ImageBuf& pixels, ColorChannels const& where, orv::Stri
         error = orUnknown(packed.geterror());
         return false;
     }
-    if (!convertPackedFloats(packed, from, to, error)) {
+    if (!operation(packed, error)) {
         return false;
     }
     auto* values = static_cast<float*>(pixels.localpixels());
@@ -226,13 +226,22 @@ bool convertLevel(ImageLevel& level, orv::String const& from, orv::String const&
     if (!findColorChannels(level, where, error)) {
         return false;
     }
+    auto const convert = [&from, &to](OIIO::ImageBuf& packed, std::string& reason) {
+        return convertPackedFloats(packed, from, to, reason);
+    };
     bool const converted = level.pixels.spec().format == OIIO::TypeDesc::UINT8
                                ? convertBytes(level.pixels, where, from, to, error)
-                               : convertFloats(level.pixels, where, from, to, error);
+                               : forColorChannels(level.pixels, where, convert, error);
     if (converted) {
         level.fileSpec.attribute("oiio:ColorSpace", std::string(to.view()));
     }
     return converted;
+}
+
+bool transformColorChannels(ImageLevel& level, PackedOperation const& operation, std::string& error)
+{
+    ColorChannels where;
+    return findColorChannels(level, where, error) && forColorChannels(level.pixels, where, operation, error);
 }
 
 bool colorChannelsOf(ImageLevel& level, OIIO::ImageBuf& rgb, std::string& error)

@@ -6,6 +6,7 @@
 
 #include <orv/string.h>
 
+#include <functional>
 #include <string>
 
 namespace colorconfig {
@@ -23,6 +24,16 @@ namespace colorconfig {
 /// False, with the reason in `error`, when the conversion fails or the image
 /// has no colour channels; the pixels are unspecified then.
 bool convertLevel(ImageLevel& level, orv::String const& from, orv::String const& to, std::string& error);
+
+/// An operation on packed FLOAT RGB or RGBA pixels, in place; false, with
+/// the reason in its second argument, when it fails.
+using PackedOperation = std::function<bool(OIIO::ImageBuf& pixels, std::string& error)>;
+
+/// Applies `operation` to the colour channels (and alpha) of the FLOAT
+/// `level`, found as `convertLevel` finds them (grey is spread first); every
+/// other channel keeps its values. False, with the reason in `error`, when
+/// the image has no colour channels or `operation` fails.
+bool transformColorChannels(ImageLevel& level, PackedOperation const& operation, std::string& error);
 
 /// A FLOAT copy of the colour channels of `level` (found as `convertLevel`
 /// finds them; grey is spread in `level` itself) as packed RGB pixels in

@@ -74,7 +74,17 @@ LoadedConfig loadConfiguration(Options const& options, bool reportToStderr)
         loaded.problems.push_back(oneLine(refusal));
         return loaded;
     }
-    for (std::string const& problem : configProblems(orv::verra_sdk::colorConfig().configname())) {
+    std::string const path = orv::verra_sdk::colorConfig().configname();
+    try {
+        loaded.ocio = OCIO_NAMESPACE::Config::CreateFromFile(path.c_str());
+    } catch (OCIO_NAMESPACE::Exception const& exception) {
+        loaded.problems.push_back(oneLine(exception.what()));
+        return loaded;
+    }
+    // The module guesses from the file rules of OpenColorIO's current
+    // configuration, which OpenColorIO would otherwise read from $OCIO.
+    OCIO_NAMESPACE::SetCurrentConfig(loaded.ocio);
+    for (std::string const& problem : missingFiles(loaded.ocio)) {
         loaded.problems.push_back(oneLine(problem));
     }
     return loaded;

@@ -5,6 +5,8 @@
 #include <orv/log.h>
 #include <orv/string.h>
 
+#include <OpenColorIO/OpenColorIO.h>
+
 #include <string>
 #include <vector>
 
@@ -38,11 +40,17 @@ struct LoadedConfig {
     /// file (its reason), or files that the chosen file names are missing
     /// (one line each). Empty when all is well.
     std::vector<std::string> problems;
+    /// The file in use as OpenColorIO reads it, for what the module does not
+    /// tell (aliases, roles, inactive spaces, views, file rules); null when
+    /// only the built-in colour spaces are in use or OpenColorIO refuses it.
+    /// It is also OpenColorIO's current configuration.
+    OCIO_NAMESPACE::ConstConfigRcPtr ocio;
 };
 
 /// Runs `ColorConfig::loadOcioConfig` with the value of --config (empty when
 /// not given, so that ocio.txt and $OCIO are still honoured) and checks what
-/// it gave. With --verbose and `reportToStderr`, the report is printed on
+/// it gave. A configuration file in use becomes OpenColorIO's current one,
+/// so that file rules come from it and not from $OCIO. With --verbose and `reportToStderr`, the report is printed on
 /// standard error.
 LoadedConfig loadConfiguration(Options const& options, bool reportToStderr);
 
