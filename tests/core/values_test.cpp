@@ -26,13 +26,6 @@ int refs(orv::RefersTo<orv::IRefCounted> const& h)
     return static_cast<orv::RefCounted const*>(h.body())->refCount();
 }
 
-/// A one-byte pixel whose array allocation records its size and fails.
-struct RefusedPixel {
-    static inline std::size_t requested = 0;
-    static void* operator new[](std::size_t bytes) { requested = bytes; throw std::bad_alloc(); }
-    unsigned char value;
-};
-
 TEST(Handle, CopiesShareAndCountTheBodyMovesDoNot)
 {
     String const first("ACES");
@@ -154,12 +147,6 @@ TEST(Vector2d, AllocatePlacesUpTo32BitCountsOrStaysEmpty)
                     pixels.empty() && pixels.count == 0) // NOLINT(bugprone-use-after-move)
             << c.width << "x" << c.height;
     }
-    // The largest count is tried, and its failure survived; one more is refused before any allocation.
-    orv::verra::Vector2d<RefusedPixel, true> refused;
-    refused.allocate(65536, 65536);
-    EXPECT_EQ(RefusedPixel::requested, 0u);
-    refused.allocate(65535, 65537);
-    EXPECT_TRUE(RefusedPixel::requested == 4294967295u && refused.empty() && refused.width == 0 && refused.count == 0);
 }
 
 TEST(Image, CreateGivesZeroedSharedPixelsOrAnInvalidImage)

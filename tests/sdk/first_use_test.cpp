@@ -43,14 +43,6 @@ TEST(FirstUse, ConfigurationIsObtainedOnlyWhenNeededAndLoggingSilencedOnce)
     EXPECT_EQ(log.lines(), Lines{});
 }
 
-TEST(FirstUse, ResetAsFirstOperationSilencesLoggingToo)
-{
-    ModuleEnv const env;
-    OCIO::SetLoggingLevel(OCIO::LOGGING_LEVEL_INFO);
-    EXPECT_STREQ(ColorConfig::loadOcioConfig("").buf(), "No OCIO config found, will use built-in color spaces.");
-    EXPECT_EQ(OCIO::GetLoggingLevel(), OCIO::LOGGING_LEVEL_NONE);
-}
-
 // $OCIO names, before anything reads it, a config with a display of two
 // views and file rules: png files by extension, "*plate*" by pattern
 // (OpenColorIO 2.1 wants an extension in every pattern rule, "*" for any).

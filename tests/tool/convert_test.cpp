@@ -44,12 +44,10 @@ TEST_F(ToolConvert, PixelsAreWhatTheModuleComputesAtTheOutputsPrecision)
         char const* command = "convert";
     } const cases[] = {
         {"rgb.png", "rgb_out.png", 3, TypeDesc::UINT8, "sRGB", "linear", true},
-        {"rgba.png", "rgba_out.png", 4, TypeDesc::UINT8, "linear", "Rec709", true},
         {"greya.png", "greya_out.tga", 2, TypeDesc::UINT8, "sRGB", "linear", true},
         {"tex.png", "tex_out.png", 3, TypeDesc::UINT8, "srgb_tex", "lin", true, true},
         {"half.exr", "half_out.exr", 4, TypeDesc::HALF, "linear", "Rec709", false},
         {"greyf.exr", "greyf_out.exr", 1, TypeDesc::HALF, "linear", "sRGB", false},
-        {"scan.tif", "scan_out.tif", 3, TypeDesc::UINT16, "srgb_tex", "lin", false, true},
         // 8-bit written as float: computed in float.
         {"ramp.png", "ramp_out.exr", 3, TypeDesc::UINT8, "sRGB", "linear", false},
         // A preview is opaque 8-bit RGBA (RGB in a format without alpha),
@@ -168,13 +166,10 @@ TEST_F(ToolConvert, FailuresWriteNothingAndNeverReplaceAnInput)
         {{x, file("nowhere/y.exr")}, "", "cannot write '" + file("nowhere/y.exr") + "': "},
         {{"--out-dir", file("nowhere"), x}, "",
          "output folder '" + file("nowhere") + "' does not exist or is not a folder"},
-        {{"convert", "--from", "linear", "--to", "bogus", x, file("never.exr")}, "",
-         "unknown colour space 'bogus'"},
         {{"preview", x, x}, "", "'" + x + "' would replace its own input; choose another output\n"},
         {{"preview", x, file("p.exr")}, "",
          "cannot write '" + file("p.exr") +
              "': a preview is 8-bit, and openexr files do not hold 8-bit values\n"},
-        {{"preview", "--from", "bogus", x, file("p.png")}, "", "unknown colour space 'bogus'"},
         {{"preview", missing, file("p.png")}, "", "cannot read '" + missing + "': "},
     };
     for (Case const& c : cases) {
@@ -197,9 +192,7 @@ TEST_F(ToolConvert, FailuresWriteNothingAndNeverReplaceAnInput)
                                   file("b/x.exr") + "' is skipped\n"}));
     for (auto const& entry : std::filesystem::recursive_directory_iterator(m_env.dir().path())) {
         std::string const name = entry.path().filename().string();
-        EXPECT_TRUE(!Strutil::ends_with(name, ".tmp") && name != "never.exr" && name != "p.png" &&
-                    name != "p.exr")
-            << name;
+        EXPECT_TRUE(!Strutil::ends_with(name, ".tmp") && name != "p.png" && name != "p.exr") << name;
     }
 }
 

@@ -80,19 +80,40 @@ protected:
     /// The path of `name` in the test's folder.
     std::string file(std::string const& name) const { return m_env.dir().file(name); }
 
-    /// Writes a config of the colour spaces lin, raw and srgb_tex (the sRGB
-    /// curve), the displays Monitor (views Standard, Raw) and Projector (Film),
-    /// the look Warm and the roles default and scene_linear, plus `extra`
-    /// colour spaces; returns its path.
+    /// Writes a config of the colour spaces lin (aliases scene, linear_rec709),
+    /// raw, srgb_tex (the sRGB curve; alias srgb_texture), SRGB (which the
+    /// built-in sRGB hides), old (inactive) and tone (a tone-mapping display
+    /// space); the display Monitor (views Tone, Standard, Raw), the look
+    /// Bright (doubles), three roles; `extra` is appended. Returns its path.
     std::string sampleConfig(std::string const& extra = "") const
     {
-        std::string const sample = ocioConfig({"lin", "raw", "srgb_tex"}, {"srgb_tex"}, R"(displays:
-  Monitor: [!<View> {name: Standard, colorspace: srgb_tex}, !<View> {name: Raw, colorspace: raw}]
-  Projector: [!<View> {name: Film, colorspace: srgb_tex}]
-looks: [!<Look> {name: Warm, process_space: lin}]
-roles: {default: lin, scene_linear: lin}
-)");
-        return m_env.dir().write("sample.ocio", sample + extra);
+        return m_env.dir().write("sample.ocio", R"(ocio_profile_version: 2.1
+roles: {default: lin, scene_linear: lin, color_picking: srgb_tex}
+displays:
+  Monitor: [!<View> {name: Tone, colorspace: tone}, !<View> {name: Standard, colorspace: srgb_tex},
+            !<View> {name: Raw, colorspace: raw}]
+active_displays: []
+active_views: []
+looks:
+  - !<Look>
+    name: Bright
+    process_space: lin
+    transform: !<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1]}
+inactive_colorspaces: [old]
+colorspaces:
+  - !<ColorSpace> {name: lin, aliases: [scene, linear_rec709]}
+  - !<ColorSpace> {name: raw, isdata: true}
+  - !<ColorSpace> {name: srgb_tex, aliases: [srgb_texture],
+                   to_scene_reference: !<ExponentWithLinearTransform> {gamma: 2.4, offset: 0.055}}
+  - !<ColorSpace> {name: SRGB, to_scene_reference: !<ExponentTransform> {value: 2.2}}
+  - !<ColorSpace> {name: old, to_scene_reference: !<ExponentTransform> {value: 1.8}}
+  - !<ColorSpace>
+    name: tone
+    from_scene_reference: !<GroupTransform>
+      children:
+        - !<BuiltinTransform> {style: "ACES-OUTPUT - ACES2065-1_to_CIE-XYZ-D65 - SDR-VIDEO_1.0"}
+        - !<ExponentWithLinearTransform> {gamma: 2.4, offset: 0.055, direction: inverse}
+)" + extra);
     }
 
     ModuleEnv m_env;
