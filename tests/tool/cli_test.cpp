@@ -68,6 +68,7 @@ TEST_F(ToolCli, ColorPrintsWhatTheModuleComputesWithSeventeenDigits)
     struct Case { char const *from, *to; std::vector<double> values; char const* route; };
     Case const cases[] = {
         {"linear", "sRGB", {0.5, 0.25, 1}, "built-in curve"},
+        {"LINEAR ", " rec709", {0.18, -0.5, 2, 0.3}, "built-in curve"},
         {"sRGB", "linear", {std::nan(""), inf, -inf}, "built-in curve"},
         {"sRGB", "sRGB", {0.1, 0.2, 0.3, 0.4}, "same"},
         {"srgb_tex", "lin", {0.5, -0.25, 1e-3}, "processor"},
