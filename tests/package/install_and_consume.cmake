@@ -63,9 +63,8 @@ macro(isolate_host)
 endmacro()
 
 function(check_host_output text)
-  foreach(expected
-      "colour spaces \\([0-9]+\\): \"linear\" \"sRGB\" \"Rec709\""
-      "host: all checks passed")
+  # The host checks the built-in colour spaces itself.
+  foreach(expected "host: all checks passed")
     if(NOT text MATCHES "${expected}")
       fail("the host did not print '${expected}':\n${text}")
     endif()
