@@ -131,6 +131,12 @@ TEST_F(ToolConvert, StructureMetadataExtraChannelsAndEverySubimageAreKept)
     EXPECT_EQ(extra(in), extra(out));
     EXPECT_NE(floatsOf(in), floatsOf(out));
     EXPECT_NE(floatsOf(readImage(file("o.exr"), 1)), floatsOf(readImage(input, 1)));
+    // TIFF holds MIP levels as a texture's subimages: every level converted.
+    using OIIO::ImageBufAlgo::MakeTxTexture;
+    ASSERT_TRUE(OIIO::ImageBufAlgo::make_texture(MakeTxTexture, parts[1], file("tex.exr"), {}));
+    ASSERT_EQ(run({"convert", "--from", "linear", "--to", "sRGB", file("tex.exr"), file("tex.tif")}).code, 0);
+    OIIO::ImageBuf const last(file("tex.tif"), 0, 2), lastBefore(file("tex.exr"), 0, 2);
+    EXPECT_TRUE(last.nmiplevels() == 3 && last.spec().width == 1 && floatsOf(last) != floatsOf(lastBefore));
     // A format that holds one image refuses the file rather than drop a part.
     std::string const png = file("out.png");
     EXPECT_EQ(run({"convert", "--from", "linear", "--to", "sRGB", input, png}),

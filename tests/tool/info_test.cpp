@@ -19,8 +19,7 @@ TEST_F(ToolInfo, ShowsTheCatalogueOfTheConfigAsTextAndJson)
         (Outcome{
             0,
             "Config\n  Using specified OCIO config: " + config +
-                "\n\n"
-                "Colour spaces (7)\n  linear*   sRGB*     Rec709*   lin       raw       srgb_tex  tone\n"
+                "\n\nColour spaces (7)\n  linear*   sRGB*     Rec709*   lin       raw       srgb_tex  tone\n"
                 "  * built in: the module's own, listed before the config's\n\n"
                 "Inactive colour spaces, accepted by name (1)\n  old\n\n"
                 "Config colour spaces the list hides (1)\n  SRGB  shadowed by the built-in 'sRGB'\n\n"

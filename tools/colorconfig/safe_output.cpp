@@ -117,6 +117,14 @@ std::string realTarget(std::string const& target)
     return target;
 }
 
+/// True when `output` stores MIP levels as a texture's subimages, as TIFF
+/// textures do: its readers take the subimages of a file marked as a
+/// texture for the MIP levels of one image.
+bool mipLevelsAsSubimages(OIIO::ImageOutput& output)
+{
+    return !output.supports("mipmap") && output.supports("multiimage") && output.supports("appendsubimage");
+}
+
 /// Refuses a file that the output format cannot hold whole.
 bool checkFormatHolds(OIIO::ImageOutput& output, ImageFile const& file, std::string& error)
 {
@@ -126,22 +134,29 @@ bool checkFormatHolds(OIIO::ImageOutput& output, ImageFile const& file, std::str
                 " subimages; choose a format that holds them all (exr, tif)";
         return false;
     }
-    if (file.mipmapped && !output.supports("mipmap")) {
-        error = "a " + format + " file holds no MIP levels, and the input has them; choose a format that "
-                "holds them (exr, tif)";
+    if (file.mipmapped && !output.supports("mipmap") && (file.subimages > 1 || !mipLevelsAsSubimages(output))) {
+        error = "a " + format + " file holds no MIP levels" +
+                (file.subimages > 1 ? " in several subimages" : "") +
+                ", and the input has them; choose a format that holds them (exr" +
+                (file.subimages > 1 ? ")" : ", tif)");
         return false;
     }
     return true;
 }
 
-/// The specs to write: the files' own, without tiling where the format has none.
+/// The specs to write: the files' own, without tiling where the format has
+/// none, and marked as a texture where MIP levels become subimages.
 std::vector<OIIO::ImageSpec> outputSpecs(OIIO::ImageOutput& output, ImageFile const& file)
 {
+    bool const markTexture = file.mipmapped && !output.supports("mipmap");
     std::vector<OIIO::ImageSpec> specs;
     for (ImageLevel const& level : file.levels) {
         specs.push_back(level.fileSpec);
         if (!output.supports("tiles")) {
             specs.back().tile_width = specs.back().tile_height = specs.back().tile_depth = 0;
+        }
+        if (markTexture && specs.back().get_string_attribute("textureformat").empty()) {
+            specs.back().attribute("textureformat", "Plain Texture");
         }
     }
     return specs;
@@ -164,9 +179,9 @@ bool writeLevels(OIIO::ImageOutput& output, std::string const& path, ImageFile c
                          ? output.open(path, static_cast<int>(firstLevels.size()), firstLevels.data())
                          : output.open(path, specs[i]);
         } else {
+            bool const appendLevel = level.miplevel > 0 && output.supports("mipmap");
             opened = output.open(path, specs[i],
-                                 level.miplevel > 0 ? OIIO::ImageOutput::AppendMIPLevel
-                                                    : OIIO::ImageOutput::AppendSubimage);
+                                 appendLevel ? OIIO::ImageOutput::AppendMIPLevel : OIIO::ImageOutput::AppendSubimage);
         }
         if (!opened || !output.write_image(level.pixels.spec().format, level.pixels.localpixels())) {
             return false;
@@ -176,14 +191,14 @@ bool writeLevels(OIIO::ImageOutput& output, std::string const& path, ImageFile c
 }
 
 /// Reads `path` back whole: the check for formats whose writes we cannot see.
-bool readsBack(std::string const& path, std::size_t levels, std::string& error)
+bool readsBack(std::string const& path, ImageFile const& file, std::string& error)
 {
     ImageFile copy;
     if (!readImageFile(path, Precision::KeepBytes, copy, error)) {
         error = "the written file does not read back: " + error;
         return false;
     }
-    if (copy.levels.size() != levels) {
+    if (copy.levels.size() != file.levels.size() || copy.mipmapped != file.mipmapped) {
         error = "the written file does not hold every image";
         return false;
     }
@@ -261,7 +276,7 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
         error = closeError;
         return false;
     }
-    if (!checkedWrites && !selfChecked && !readsBack(pending.path(), file.levels.size(), error)) {
+    if (!checkedWrites && !selfChecked && !readsBack(pending.path(), file, error)) {
         return false;
     }
     keepPermissions(pending.path(), destination);

@@ -18,7 +18,8 @@ namespace colorconfig {
 /// letting us see each write, when the new file reads back whole. On any
 /// failure the temporary file is removed, `target` is left as it was, and
 /// `error` says why: a format that cannot hold several subimages or MIP
-/// levels is refused before anything is written.
+/// levels is refused before anything is written. Formats without MIP levels
+/// but with subimages (TIFF) hold the levels as a texture's subimages.
 bool writeImageFile(std::string const& target, ImageFile const& file, std::string& error);
 
 /// Makes SIGINT, SIGTERM, SIGHUP and SIGQUIT, and an exit() from inside a
