@@ -158,6 +158,7 @@ TEST_F(ToolConvert, FailuresWriteNothingAndNeverReplaceAnInput)
     std::filesystem::copy_file(x, file("b/x.exr"));
     m_env.dir().write("bad.exr", "not an image");
     std::filesystem::create_symlink(x, file("link.exr"));
+    ::mkfifo(file("pipe.exr").c_str(), 0644);
     std::string const before = readFile(x);
     std::string const replaces = "' would replace the input '" + x + "'; choose another output";
     std::string const missing = file("missing.exr");
@@ -170,6 +171,7 @@ TEST_F(ToolConvert, FailuresWriteNothingAndNeverReplaceAnInput)
          x + " -> " + file("out/x.exr") + "\n", "cannot read '" + missing + "': "},
         {{file("bad.exr"), file("bad_out.exr")}, "", "cannot read '" + file("bad.exr") + "': "},
         {{x, file("nowhere/y.exr")}, "", "cannot write '" + file("nowhere/y.exr") + "': "},
+        {{x, file("pipe.exr")}, "", "cannot write '" + file("pipe.exr") + "': it is not a regular file\n"},
         {{"--out-dir", file("nowhere"), x}, "",
          "output folder '" + file("nowhere") + "' does not exist or is not a folder"},
         {{"preview", x, x}, "", "'" + x + "' would replace its own input; choose another output\n"},

@@ -227,6 +227,12 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
         return false;
     }
     std::string const destination = realTarget(target);
+    // A device, pipe or socket would be replaced by a plain file, not written.
+    struct stat existing {};
+    if (::stat(destination.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode)) {
+        error = S_ISDIR(existing.st_mode) ? "it is a folder" : "it is not a regular file";
+        return false;
+    }
     PendingFile pending(destination + ".colorconfig-" + OIIO::Filesystem::unique_path("%%%%%%%%") + ".tmp");
     FILE* stream = std::fopen(pending.path().c_str(), "wbx");
     if (stream == nullptr) {

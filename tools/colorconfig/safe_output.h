@@ -18,7 +18,8 @@ namespace colorconfig {
 /// letting us see each write, when the new file reads back whole. On any
 /// failure the temporary file is removed, `target` is left as it was, and
 /// `error` says why: a format that cannot hold several subimages or MIP
-/// levels is refused before anything is written. Formats without MIP levels
+/// levels is refused before anything is written, and so is a `target` that
+/// exists and is not a regular file (a folder, device, pipe or socket). Formats without MIP levels
 /// but with subimages (TIFF) hold the levels as a texture's subimages.
 bool writeImageFile(std::string const& target, ImageFile const& file, std::string& error);
 
