@@ -134,11 +134,11 @@ bool checkFormatHolds(OIIO::ImageOutput& output, ImageFile const& file, std::str
                 " subimages; choose a format that holds them all (exr, tif)";
         return false;
     }
-    if (file.mipmapped && !output.supports("mipmap") && (file.subimages > 1 || !mipLevelsAsSubimages(output))) {
-        error = "a " + format + " file holds no MIP levels" +
-                (file.subimages > 1 ? " in several subimages" : "") +
+    bool const severalSubimages = file.subimages > 1;
+    if (file.mipmapped && !output.supports("mipmap") && (severalSubimages || !mipLevelsAsSubimages(output))) {
+        error = "a " + format + " file holds no MIP levels" + (severalSubimages ? " in several subimages" : "") +
                 ", and the input has them; choose a format that holds them (exr" +
-                (file.subimages > 1 ? ")" : ", tif)");
+                (severalSubimages ? ")" : ", tif)");
         return false;
     }
     return true;
