@@ -3,6 +3,7 @@
 
 #include <verra_sdk/colorconfig.h>
 #include <verra_sdk/color_route.h>
+#include <verra_sdk/config_source.h>
 
 #include "rgba8_lookup.h"
 #include "transfer_curves.h"
@@ -35,6 +36,9 @@ StringVector s_displays;
 ds::HashMap<String, StringVector> s_views;
 StringVector s_looks;
 StringVector s_roles;
+
+/// The source of the latest discovery (not one of the caches: a plain value).
+ConfigSource s_source = ConfigSource::BuiltIns;
 
 /// Silences OpenColorIO's own logging, once per process. The flag is set
 /// before the call so that the call is made at most once even if it throws.
@@ -343,6 +347,7 @@ String ColorConfig::loadOcioConfig(String path)
         if (p.isFile()) {
             String const file = p.canonical();
             String const report = String::format("Using specified OCIO config: %s", file.buf());
+            s_source = ConfigSource::ArgumentPath;
             resetOcio(file);
             return report;
         }
@@ -357,6 +362,7 @@ String ColorConfig::loadOcioConfig(String path)
             String const file = q.canonical();
             String const report =
                 String::format("Using %s according to the '%s' env var.", file.buf(), name.buf());
+            s_source = ConfigSource::ArgumentVariable;
             resetOcio(file);
             return report;
         }
@@ -387,6 +393,7 @@ String ColorConfig::loadOcioConfig(String path)
                     String const cfgFile = cfg.canonical();
                     String const report = String::format("Using OCIO config %s according to %s.", cfgFile.buf(),
                                                          txtFile.buf());
+                    s_source = ConfigSource::OcioTxt;
                     resetOcio(cfgFile);
                     return report;
                 }
@@ -402,6 +409,7 @@ String ColorConfig::loadOcioConfig(String path)
         if (q.isFile()) {
             String const file = q.canonical();
             String const report = String::format("Using %s according to the 'OCIO' env var.", file.buf());
+            s_source = ConfigSource::OcioVariable;
             resetOcio(file);
             return report;
         }
@@ -416,6 +424,7 @@ String ColorConfig::loadOcioConfig(String path)
     if (pending.isEmpty()) {
         pending = String("No OCIO config found, will use built-in color spaces.", 0);
     }
+    s_source = ConfigSource::BuiltIns;
     resetOcio(String());
     return pending;
 }
@@ -515,6 +524,27 @@ ColorRoute colorRoute(String from, String to)
     return sharedConfig().createColorProcessor(viewOf(from), viewOf(to), "", "") ? ColorRoute::Processor
                                                                                  : ColorRoute::None;
 }
+
+ConfigSource configSource() noexcept { return s_source; }
+
+char const* configSourceName(ConfigSource source) noexcept
+{
+    switch (source) {
+    case ConfigSource::ArgumentPath:
+        return "argument path";
+    case ConfigSource::ArgumentVariable:
+        return "argument variable";
+    case ConfigSource::OcioTxt:
+        return "ocio.txt";
+    case ConfigSource::OcioVariable:
+        return "OCIO variable";
+    case ConfigSource::BuiltIns:
+        break;
+    }
+    return "built-ins";
+}
+
+String ocioTxtPath() { return getOcioTxtPath().normalized(); }
 
 char const* colorRouteName(ColorRoute route) noexcept
 {

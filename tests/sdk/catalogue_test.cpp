@@ -3,6 +3,8 @@
 
 #include "support/module_env.h"
 
+#include <verra_sdk/config_source.h>
+
 #include <OpenImageIO/imageio.h>
 
 
@@ -42,31 +44,33 @@ TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
     char const* const noVar = "Error: no OCIO config found at 'VERRA_TEST_CFG' env var path: {M}";
     char const* const noTxtConfig = "Error: read {T} but could not find the OCIO config it specifies: ";
     char const* const txtMissing = "Error: read {T} but could not find the OCIO config it specifies: {M}";
-    char const* const cases[][6] = {
-        // argument, ocio.txt (or none), $OCIO, $VERRA_TEST_CFG (or unset), report, the config's colour space
-        {"", no, no, no, builtIn, ""},
-        {"{A}", "{B}", "{C}", "{B}", "Using specified OCIO config: {A}", "from_a"},
-        {"{D}/b/../link//config.ocio", no, no, no, "Using specified OCIO config: {A}", "from_a"},
-        {"{M}", no, no, no, "'{M}' env var not set, will use built-in color spaces.", ""},
-        {"${V}", no, no, no, "'{V}' env var not set, will use built-in color spaces.", ""},
-        {"$", no, no, no, "The specified OCIO config file was not found: $", ""},
-        {"VERRA_TEST_CFG", no, no, "{B}", byVar, "from_b"},
-        {"$VERRA_TEST_CFG", "{A}", "{C}", "{B}", byVar, "from_b"},
-        {"%VERRA_TEST_CFG%", no, no, "{B}", byVar, "from_b"},
-        {"$VERRA_TEST_CFG", no, no, "{D}/x/..//nowhere/./missing.ocio", noVar, ""},
-        {"", "  {B}\r\n", "{C}", no, "Using OCIO config {B} according to {T}.", "from_b"},
-        {"", "{D}/nowhere/../nowhere/missing.ocio\n", no, no, txtMissing, ""},
-        {"", " \r\n", no, no, noTxtConfig, ""},
-        {"", "{M}", "{C}", no, "Using {C} according to the 'OCIO' env var.", "from_c"},
-        {"{M}", no, "{C}", no, "Using {C} according to the 'OCIO' env var.", "from_c"},
-        {"", no, "{M}", no, builtIn, ""},
-        {"$VERRA_TEST_CFG", "{M}", "{M}3", "{M}", txtMissing, ""}, // the last source tried reports
-        {"$VERRA_TEST_CFG", no, "{M}3", "{M}", noVar, ""},
+    char const* const cases[][7] = {
+        // argument, ocio.txt (or none), $OCIO, $VERRA_TEST_CFG (or unset), report, the config's colour space,
+        // the source configSource() names
+        {"", no, no, no, builtIn, "", "built-ins"},
+        {"{A}", "{B}", "{C}", "{B}", "Using specified OCIO config: {A}", "from_a", "argument path"},
+        {"{D}/b/../link//config.ocio", no, no, no, "Using specified OCIO config: {A}", "from_a", "argument path"},
+        {"{M}", no, no, no, "'{M}' env var not set, will use built-in color spaces.", "", "built-ins"},
+        {"${V}", no, no, no, "'{V}' env var not set, will use built-in color spaces.", "", "built-ins"},
+        {"$", no, no, no, "The specified OCIO config file was not found: $", "", "built-ins"},
+        {"VERRA_TEST_CFG", no, no, "{B}", byVar, "from_b", "argument variable"},
+        {"$VERRA_TEST_CFG", "{A}", "{C}", "{B}", byVar, "from_b", "argument variable"},
+        {"%VERRA_TEST_CFG%", no, no, "{B}", byVar, "from_b", "argument variable"},
+        {"$VERRA_TEST_CFG", no, no, "{D}/x/..//nowhere/./missing.ocio", noVar, "", "built-ins"},
+        {"", "  {B}\r\n", "{C}", no, "Using OCIO config {B} according to {T}.", "from_b", "ocio.txt"},
+        {"", "{D}/nowhere/../nowhere/missing.ocio\n", no, no, txtMissing, "", "built-ins"},
+        {"", " \r\n", no, no, noTxtConfig, "", "built-ins"},
+        {"", "{M}", "{C}", no, "Using {C} according to the 'OCIO' env var.", "from_c", "OCIO variable"},
+        {"{M}", no, "{C}", no, "Using {C} according to the 'OCIO' env var.", "from_c", "OCIO variable"},
+        {"", no, "{M}", no, builtIn, "", "built-ins"},
+        {"$VERRA_TEST_CFG", "{M}", "{M}3", "{M}", txtMissing, "", "built-ins"}, // the last source tried reports
+        {"$VERRA_TEST_CFG", no, "{M}3", "{M}", noVar, "", "built-ins"},
         // Each source may start at the home directory.
-        {"~/b.ocio", no, no, no, "Using specified OCIO config: {H}", "from_b"},
-        {"VERRA_TEST_CFG", no, no, "~/b.ocio", "Using {H} according to the 'VERRA_TEST_CFG' env var.", "from_b"},
-        {"", "~/b.ocio\n", no, no, "Using OCIO config {H} according to {T}.", "from_b"},
-        {"", no, "~/b.ocio", no, "Using {H} according to the 'OCIO' env var.", "from_b"},
+        {"~/b.ocio", no, no, no, "Using specified OCIO config: {H}", "from_b", "argument path"},
+        {"VERRA_TEST_CFG", no, no, "~/b.ocio", "Using {H} according to the 'VERRA_TEST_CFG' env var.", "from_b",
+         "argument variable"},
+        {"", "~/b.ocio\n", no, no, "Using OCIO config {H} according to {T}.", "from_b", "ocio.txt"},
+        {"", no, "~/b.ocio", no, "Using {H} according to the 'OCIO' env var.", "from_b", "OCIO variable"},
     };
     EnvGuard const variable("VERRA_TEST_CFG");
     for (auto const& c : cases) {
@@ -79,6 +83,7 @@ TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
         EXPECT_EQ(load(expand(c[0])), expand(c[4])) << c[0] << ", ocio.txt " << (c[1] ? c[1] : "none");
         Names const listed = texts(ColorConfig::colorSpaces());
         EXPECT_EQ(listed.size() > 3 ? listed[3] : "", c[5]) << c[0];
+        EXPECT_STREQ(configSourceName(configSource()), c[6]) << c[0];
     }
     // An ocio.txt that is a folder is no source.
     stdfs::remove(env.ocioTxt());
@@ -86,6 +91,7 @@ TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
     stdfs::create_directories(env.ocioTxt());
     EXPECT_EQ(load(""), builtIn);
     EXPECT_EQ(log.lines(), Lines{});
+    EXPECT_EQ(ocioTxtPath().view(), env.ocioTxt());
 }
 
 /// The views map as "display: view, view" lines, sorted by display.
