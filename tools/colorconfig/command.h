@@ -1,53 +1,108 @@
 #pragma once
-// What a subcommand is given when it runs.
+// What the subcommands share: how each declares itself and its options to
+// the parser (one source file each, under commands/), and the messages about
+// colour-space names that several of them print.
 
 #include "exit_code.h"
-#include "session.h"
 
+#include <verra_sdk/kit/file_guess.h>
+#include <verra_sdk/kit/names.h>
+
+#include <functional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
+
+namespace CLI {
+class App;
+} // namespace CLI
 
 namespace colorconfig {
 
-/// The options and arguments of one command line, as the parser (cli.cpp)
-/// found them. Each subcommand reads the members it declares.
-struct Options {
-    /// --config: whether it was given, and its value.
-    bool hasConfig = false;
+namespace kit = orv::verra_sdk::kit;
+
+/// The options that every subcommand takes, and --json of those that have it.
+struct CommonOptions {
     std::string config;
-    /// --verbose.
     bool verbose = false;
-    /// --json of info, find, guess, color and check.
     bool json = false;
-    /// guess's --no-fallback.
-    bool noFallback = false;
-    /// --from and --to of color, convert and preview (preview's defaults).
-    std::string from = "linear";
-    std::string to = "sRGB";
-    /// view's --display, --view and --look (empty: the config's defaults,
-    /// no looks).
-    std::string display;
-    std::string view;
-    std::string looks;
-    /// convert's --out-dir: whether it was given, and its value.
-    bool hasOutDir = false;
-    std::string outDir;
-    /// The positional arguments, in order.
-    std::vector<std::string> positionals;
 };
 
-/// What a subcommand is given when it runs.
-struct Context {
-    Options const& options;
-    /// The configuration loaded for it, and what is wrong with it.
-    LoadedConfig const& config;
+/// One subcommand as the parser knows it.
+struct Subcommand {
+    /// Its parser, owned by the program's.
+    CLI::App* app = nullptr;
+    /// Runs it once the configuration is loaded.
+    std::function<ExitCode()> run;
+    /// True for `info` and `check`, which show what is wrong with the
+    /// configuration themselves: they run whatever it is.
+    bool showsConfigErrors = false;
+    /// What --json prints instead of running when the configuration has
+    /// `errors`; null for a subcommand without --json.
+    std::function<void(std::vector<std::string> const& errors)> jsonOnError;
 };
 
-/// A subcommand's entry point.
-using RunCommand = ExitCode (*)(Context const& context);
+/// Each subcommand: declares it and its own options on `program`. The
+/// common options are in `common`.
+using AddSubcommand = Subcommand (*)(CLI::App& program, CommonOptions& common);
+Subcommand addInfo(CLI::App& program, CommonOptions& common);
+Subcommand addCheck(CLI::App& program, CommonOptions& common);
+Subcommand addFind(CLI::App& program, CommonOptions& common);
+Subcommand addGuess(CLI::App& program, CommonOptions& common);
+Subcommand addColor(CLI::App& program, CommonOptions& common);
+Subcommand addConvert(CLI::App& program, CommonOptions& common);
+Subcommand addPreview(CLI::App& program, CommonOptions& common);
+Subcommand addView(CLI::App& program, CommonOptions& common);
+
+/// A new subcommand `name` of `program`, its help ending with
+/// `description` and the exit codes.
+CLI::App* newSubcommand(CLI::App& program, char const* name, char const* summary, std::string_view description);
+
+/// An option's help, wrapped to fit beside the option column.
+std::string optionHelp(std::string_view text);
+
+/// Adds --json, with `help`, to `app`.
+void addJsonFlag(CLI::App& app, CommonOptions& common, char const* help);
+
+/// Adds --from and --to (NAME) to `app`, with their help.
+void addFromTo(CLI::App& app, std::string& from, std::string& to, bool required, char const* fromHelp,
+               char const* toHelp);
+
+/// Adds --unassociated-alpha (of `convert` and `view`) to `app`.
+void addUnassociatedAlpha(CLI::App& app, bool& value);
+
+/// Prints "colorconfig: error: <message>" and the hint to `command`'s help;
+/// returns ExitCode::Usage.
+ExitCode usageError(std::string const& message, std::string const& command);
 
 /// Reads a number as strtod does (the whole word, no blanks; "inf", "-inf"
 /// and "nan" included) into `value`. False for anything else.
 bool parseNumber(std::string const& word, double& value);
+
+/// Prints "unknown colour space '<typed>'" and the closest names on
+/// standard error.
+void reportUnknownColorSpace(std::string const& typed);
+
+/// `typed` as `kit::resolveColorSpace` resolves it, or empty after
+/// `reportUnknownColorSpace`.
+std::string colorSpaceNamed(std::string const& typed);
+
+/// --from and --to resolved as `colorSpaceNamed` resolves them; both empty
+/// after the errors when a name is unknown or the configuration cannot
+/// convert between them ("cannot convert from 'A' to 'B': <OpenColorIO's
+/// reason>").
+std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped);
+
+/// How `guess` found its colour space: "file rule 'R'" or the step's word,
+/// and in `note`, when another step answered after a rule matched, "rule 'R'
+/// names [the role ]'X'" (empty otherwise).
+std::string guessStep(kit::FileGuess const& guess, std::string& note);
+
+/// Each hidden name with why the list hides it, in words.
+std::vector<std::pair<std::string, std::string>> hiddenPairs(std::vector<kit::HiddenName> const& hidden);
+
+/// Each role with its colour space.
+std::vector<std::pair<std::string, std::string>> rolePairs(std::vector<kit::RoleSpace> const& roles);
 
 } // namespace colorconfig

@@ -15,21 +15,20 @@ bool s_statusShown = false;
 
 } // namespace
 
-void out(std::string const& text)
+void print(std::string const& text)
 {
     clearStatus();
     std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fputc('\n', stdout);
+}
+
+void out(std::string const& text)
+{
+    print(text + "\n");
 }
 
 void line(std::string_view prefix, std::string const& message)
 {
-    clearStatus();
-    std::fflush(stdout);
-    std::fwrite(prefix.data(), 1, prefix.size(), stderr);
-    std::fwrite(message.data(), 1, message.size(), stderr);
-    std::fputc('\n', stderr);
-    std::fflush(stderr);
+    errorText(std::string(prefix) + message + "\n");
 }
 
 void errorText(std::string const& text)
@@ -40,15 +39,10 @@ void errorText(std::string const& text)
     std::fflush(stderr);
 }
 
-bool stderrIsTerminal()
-{
-    static bool const terminal = ::isatty(STDERR_FILENO) == 1;
-    return terminal;
-}
-
 void status(std::string const& text)
 {
-    if (!stderrIsTerminal()) {
+    static bool const terminal = ::isatty(STDERR_FILENO) == 1;
+    if (!terminal) {
         return;
     }
     std::string const shown = text.size() > kStatusWidth ? text.substr(0, kStatusWidth) : text;
@@ -66,6 +60,14 @@ void clearStatus()
     std::fputs("\r\033[K", stderr);
     std::fflush(stderr);
     s_statusShown = false;
+}
+
+ErrorLogToStderr::ErrorLogToStderr() : m_previous(orv::setErrorSink([](char const* text) { error("{}", text); }))
+{}
+
+ErrorLogToStderr::~ErrorLogToStderr()
+{
+    orv::setErrorSink(m_previous);
 }
 
 } // namespace colorconfig::console

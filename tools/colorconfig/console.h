@@ -3,6 +3,8 @@
 // diagnostics on standard error, and a transient status line that is shown
 // only when standard error is a terminal.
 
+#include <orv/log.h>
+
 #include <fmt/format.h>
 
 #include <string>
@@ -10,8 +12,11 @@
 
 namespace colorconfig::console {
 
-/// Writes `line` and a line end to standard output, after clearing the
-/// status line.
+/// Writes `text` to standard output as it is, after clearing the status
+/// line.
+void print(std::string const& text);
+
+/// Writes `line` and a line end to standard output.
 void out(std::string const& line);
 
 /// Writes `prefix`, `message` and a line end to standard error, after
@@ -25,13 +30,6 @@ void error(fmt::format_string<Args...> format, Args&&... args)
     line("colorconfig: error: ", fmt::format(format, std::forward<Args>(args)...));
 }
 
-/// Writes "colorconfig: warning: <message>" to standard error.
-template <class... Args>
-void warning(fmt::format_string<Args...> format, Args&&... args)
-{
-    line("colorconfig: warning: ", fmt::format(format, std::forward<Args>(args)...));
-}
-
 /// Writes "colorconfig: <message>" to standard error.
 template <class... Args>
 void note(fmt::format_string<Args...> format, Args&&... args)
@@ -42,14 +40,26 @@ void note(fmt::format_string<Args...> format, Args&&... args)
 /// Writes `text` to standard error as it is (usage texts, hints).
 void errorText(std::string const& text);
 
-/// True when standard error is a terminal; asked once and remembered.
-bool stderrIsTerminal();
-
 /// Replaces the status line on standard error with `text`, cut to fit an
-/// 80-column terminal. Does nothing when standard error is not a terminal.
+/// 80-column terminal. Does nothing when standard error is not a terminal
+/// (asked once and remembered).
 void status(std::string const& text);
 
 /// Removes the status line, if one is shown.
 void clearStatus();
+
+/// Sends every line of the colour module's error log to standard error as
+/// "colorconfig: error: <line>" while it lives; restores the previous sink
+/// when it goes.
+class ErrorLogToStderr {
+public:
+    ErrorLogToStderr();
+    ~ErrorLogToStderr();
+    ErrorLogToStderr(ErrorLogToStderr const&) = delete;
+    ErrorLogToStderr& operator=(ErrorLogToStderr const&) = delete;
+
+private:
+    orv::ErrorSink m_previous;
+};
 
 } // namespace colorconfig::console

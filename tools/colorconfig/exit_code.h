@@ -15,10 +15,4 @@ enum class ExitCode : int {
     Usage = 2,
 };
 
-/// The worse of two outcomes: Usage over Failure over Success.
-inline ExitCode worse(ExitCode a, ExitCode b) noexcept
-{
-    return static_cast<int>(a) >= static_cast<int>(b) ? a : b;
-}
-
 } // namespace colorconfig

@@ -1,9 +1,10 @@
 #pragma once
 // JSON output of the subcommands' --json.
 
+#include "console.h"
+
 #include <nlohmann/json.hpp>
 
-#include <cstdio>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,13 +13,6 @@ namespace colorconfig {
 
 /// Members keep the order in which they are added.
 using Json = nlohmann::ordered_json;
-
-/// `json` indented by two blanks, with a final line end. Bytes that are not
-/// UTF-8 (names are bytes to OpenColorIO) become U+FFFD.
-inline std::string jsonText(Json const& json)
-{
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-}
 
 /// Each pair as an object {"name": first, `second`: second}.
 inline Json pairsJson(std::vector<std::pair<std::string, std::string>> const& pairs, char const* second)
@@ -30,11 +24,18 @@ inline Json pairsJson(std::vector<std::pair<std::string, std::string>> const& pa
     return list;
 }
 
-/// Writes `jsonText(json)` to standard output.
+/// Writes `json` to standard output, indented by two blanks, with a final
+/// line end. Bytes that are not UTF-8 (names are bytes to OpenColorIO)
+/// become U+FFFD.
 inline void printJson(Json const& json)
 {
-    std::string const text = jsonText(json);
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    console::out(json.dump(2, ' ', false, Json::error_handler_t::replace));
+}
+
+/// Prints the object of `find`'s and `guess`'s --json.
+inline void printResults(Json const& errors, Json const& results)
+{
+    printJson({{"errors", errors}, {"results", results}});
 }
 
 } // namespace colorconfig

@@ -1,0 +1,42 @@
+#pragma once
+// The operations of the file jobs (`runFileJob`) that the program runs:
+// converting, viewing through a display/view, and previewing. A host or a
+// script runs the same ones on its own files.
+//
+// Example:
+//
+//     kit::FileJob job{"render.exr", "render.png", kit::Precision::Float, false,
+//                      kit::displayViewOperation(chosen)};   // chosen by chooseDisplayView
+//
+// Each operation holds copies of what it is given and may be run on many
+// images, one at a time (the module's conversions are for one thread at a
+// time). Failures are values; nothing is thrown or printed.
+
+#include <verra_sdk/kit/display_view.h>
+#include <verra_sdk/kit/file_job.h>
+
+#include <string>
+
+namespace orv::verra_sdk::kit {
+
+/// Converts each image's colour channels from `from` to `to` (`convertLevel`;
+/// names as the colour-space list or the config holds them).
+ImageOperation conversionOperation(std::string const& from, std::string const& to);
+
+/// Applies `transform` to each image's colour channels (`applyDisplayView`
+/// through `transformColorChannels`: alpha and other channels kept); the
+/// image's "oiio:ColorSpace" becomes the view's colour space.
+ImageOperation displayViewOperation(DisplayView const& transform);
+
+/// Makes each image its opaque 8-bit preview: the colour channels (grey
+/// spread over RGB) converted from `from` to `to`, then quantised by
+/// OpenImageIO into RGBA with alpha 255, or RGB when `alpha` is false; the
+/// image's "oiio:ColorSpace" becomes `to`. Run it on FLOAT images.
+ImageOperation previewOperation(std::string const& from, std::string const& to, bool alpha);
+
+/// Whether a preview can be written to `output`: false, with the reason in
+/// `error`, when its format stores no 8-bit values or OpenImageIO has no
+/// writer for it; `alpha` tells whether the format holds an alpha channel.
+bool previewTarget(std::string const& output, bool& alpha, std::string& error);
+
+} // namespace orv::verra_sdk::kit

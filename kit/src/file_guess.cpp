@@ -1,0 +1,62 @@
+#include <verra_sdk/kit/file_guess.h>
+
+#include "current_config.h"
+
+#include <verra_sdk/colorconfig.h>
+
+namespace orv::verra_sdk::kit {
+
+namespace OCIO = OCIO_NAMESPACE;
+
+char const* guessStepName(GuessStep step) noexcept
+{
+    switch (step) {
+    case GuessStep::FileRule:
+        return "file rule";
+    case GuessStep::NameSearch:
+        return "name search";
+    case GuessStep::Extension:
+        return "extension";
+    case GuessStep::None:
+        break;
+    }
+    return "none";
+}
+
+FileGuess guessColorSpace(std::string const& fileName, bool fallback)
+{
+    FileGuess guess;
+    OCIO::ConstConfigRcPtr const& config = detail::currentOcio();
+    if (config) {
+        try {
+            std::size_t index = 0;
+            guess.ruleAnswer = config->getColorSpaceFromFilepath(fileName.c_str(), index);
+            guess.rule = config->getFileRules()->getName(index);
+            guess.ruleNamesRole = config->hasRole(guess.ruleAnswer.c_str());
+        } catch (OCIO::Exception const&) {
+            guess.ruleAnswer.clear();
+            guess.rule.clear();
+        }
+    }
+    String const withoutFallback = ColorConfig::parseColorSpace(String(fileName), false);
+    if (withoutFallback.isEmpty()) {
+        if (fallback) {
+            guess.colorSpace = std::string(ColorConfig::parseColorSpace(String(fileName), true).view());
+            guess.step = GuessStep::Extension;
+        }
+        return guess;
+    }
+    guess.colorSpace = std::string(withoutFallback.view());
+    // The rule's answer when the module took it, else the name search's.
+    guess.step = guess.colorSpace == guess.ruleAnswer ? GuessStep::FileRule : GuessStep::NameSearch;
+    // A rule may name a role or an alias: the colour space it stands for.
+    if (guess.step == GuessStep::FileRule) {
+        OCIO::ConstColorSpaceRcPtr const space = config->getColorSpace(guess.colorSpace.c_str());
+        if (space) {
+            guess.colorSpace = space->getName();
+        }
+    }
+    return guess;
+}
+
+} // namespace orv::verra_sdk::kit

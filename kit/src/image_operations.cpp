@@ -1,0 +1,69 @@
+#include <verra_sdk/kit/image_operations.h>
+
+#include <verra_sdk/kit/color_channels.h>
+
+#include <OpenImageIO/imagebufalgo.h>
+#include <OpenImageIO/imageio.h>
+
+namespace orv::verra_sdk::kit {
+
+ImageOperation conversionOperation(std::string const& from, std::string const& to)
+{
+    return [from = String(from), to = String(to)](ImageLevel& level, std::string& error) {
+        return convertLevel(level, from, to, error);
+    };
+}
+
+ImageOperation displayViewOperation(DisplayView const& transform)
+{
+    return [transform](ImageLevel& level, std::string& error) {
+        auto const apply = [&transform](OIIO::ImageBuf& pixels, std::string& reason) {
+            return applyDisplayView(transform, pixels, reason);
+        };
+        if (!transformColorChannels(level, apply, error)) {
+            return false;
+        }
+        level.fileSpec.attribute("oiio:ColorSpace", transform.result);
+        return true;
+    };
+}
+
+ImageOperation previewOperation(std::string const& from, std::string const& to, bool alpha)
+{
+    return [from = String(from), to = String(to), alpha](ImageLevel& level, std::string& error) {
+        OIIO::ImageBuf rgb;
+        if (!colorChannelsOf(level, rgb, error) || !convertPackedFloats(rgb, from, to, error)) {
+            return false;
+        }
+        OIIO::ImageBuf opaque;
+        OIIO::ImageBuf bytes;
+        if (!OIIO::ImageBufAlgo::channels(opaque, rgb, alpha ? 4 : 3, {0, 1, 2, -1}, {0.0f, 0.0f, 0.0f, 1.0f}) ||
+            !OIIO::ImageBufAlgo::copy(bytes, opaque, OIIO::TypeDesc::UINT8)) {
+            error = orUnknown(opaque.geterror() + bytes.geterror());
+            return false;
+        }
+        level.pixels = std::move(bytes);
+        level.fileSpec = level.pixels.spec();
+        level.associatedAlpha = false;
+        level.fileSpec.attribute("oiio:ColorSpace", std::string(to.view()));
+        return true;
+    };
+}
+
+bool previewTarget(std::string const& output, bool& alpha, std::string& error)
+{
+    std::string const format = formatForPath(output);
+    if (!format.empty() && !formatStoresBytes(format)) {
+        error = "a preview is 8-bit, and " + format + " files do not hold 8-bit values";
+        return false;
+    }
+    auto const writer = OIIO::ImageOutput::create(output);
+    if (!writer) {
+        error = orUnknown(OIIO::geterror());
+        return false;
+    }
+    alpha = writer->supports("alpha") != 0;
+    return true;
+}
+
+} // namespace orv::verra_sdk::kit

@@ -1,0 +1,162 @@
+// Tests of verra_sdk/kit/color_channels.h.
+
+#include "support/images.h"
+#include "support/kit_env.h"
+
+#include <verra_sdk/kit/color_channels.h>
+
+#include <numeric>
+
+namespace verra_test {
+namespace {
+
+namespace kit = orv::verra_sdk::kit;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::FloatNear;
+using ::testing::IsEmpty;
+using ::testing::Pointwise;
+using T = OIIO::TypeDesc;
+using ColorChannels = KitTest;
+
+/// The sRGB curve decoded (d) and encoded (e) at a few values; kH is kD50 / 2.
+constexpr float kD50 = 0.214041f, kD25 = 0.0508761f, kD128 = 0.215861f, kE50 = 0.735357f, kE25 = 0.537099f;
+constexpr float kH = kD50 / 2;
+
+/// A level of the pixels `values` (one pixel a row) held as `type`, its file storing UINT16.
+kit::ImageLevel levelOf(Names const& names, Floats const& values, T type = T::FLOAT, bool associated = false)
+{
+    kit::ImageLevel level;
+    OIIO::ImageBufAlgo::copy(level.pixels, imageOf(1, names, values), type);
+    level.fileSpec = level.pixels.spec();
+    level.fileSpec.set_format(T::UINT16);
+    level.associatedAlpha = associated;
+    return level;
+}
+
+TEST_F(ColorChannels, FindsAndConvertsTheStraightColourOfTheColourChannelsOnly)
+{
+    Names const rgba{"R", "G", "B", "A"}, rgb{"R", "G", "B"}, other{"N", "B", "G", "R", "A", "Z"};
+    T const F = T::FLOAT, B = T::UINT8;
+    // From sRGB to linear when `decode`, else back; grey comes out as `outNames` (empty: `names`).
+    struct Case {
+        Names names, outNames;
+        T type, outType;
+        bool associated, decode;
+        Floats in, out;
+    } const cases[] = {
+        {rgba, {}, F, F, false, true, {.5f, .25f, 1, .5f}, {kD50, kD25, 1, .5f}},
+        // Associated: divided by alpha, converted, multiplied again; alpha 0 keeps its colour.
+        {rgba, {}, F, F, true, true, {.25f, .125f, .5f, .5f}, {kH, kD25 / 2, .5f, .5f}},
+        {rgba, {}, F, F, true, true, {.5f, .25f, 0, 0}, {kD50, kD25, 0, 0}},
+        {rgba, {}, F, F, true, false, {.25f, .125f, .5f, .5f}, {kE50 / 2, kE25 / 2, .5f, .5f}},
+        // By name in any order, else the first plain channels; the others untouched.
+        {other, {}, F, F, true, true, {.3f, .25f, .5f, .125f, .5f, .7f}, {.3f, kH, .5f, kD25 / 2, .5f, .7f}},
+        {{"X", "Y", "W", "V"}, {}, F, F, false, false, {.5f, .25f, 1, .3f}, {kE50, kE25, 1, .3f}},
+        {rgb, {}, F, F, true, false, {.5f, .25f, 0}, {kE50, kE25, 0}},
+        {{"A", "R", "G", "B"}, {}, F, F, true, true, {.5f, .25f, .125f, .5f}, {.5f, kH, kD25 / 2, .5f}},
+        // Bytes stay bytes unless alpha is associated.
+        {rgba, {}, B, B, false, true, {128 / 255.0f, 1, 0, .2f}, {55 / 255.0f, 1, 0, .2f}},
+        {rgba, {}, B, F, true, true, {.25f, .125f, .5f, .5f}, {kH, kD25 / 2, .5f, .5f}},
+        // Grey, alone or with alpha whatever its name, comes out as RGB.
+        {{"Y"}, rgb, B, B, false, true, {128 / 255.0f}, {kD128, kD128, kD128}},
+        {{"Y", "M"}, rgba, F, F, false, true, {.5f, .3f}, {kD50, kD50, kD50, .3f}},
+        {{"Z", "Y", "A"}, {"R", "G", "B", "Z", "A"}, F, F, true, true, {.3f, .25f, .5f}, {kH, kH, kH, .3f, .5f}},
+    };
+    for (Case const& c : cases) {
+        kit::ImageLevel level = levelOf(c.names, c.in, c.type, c.associated);
+        std::string error;
+        char const* const to = c.decode ? "linear" : "sRGB";
+        SCOPED_TRACE(OIIO::Strutil::join(c.names, ",") + " " + c.type.c_str() + " " + to);
+        ASSERT_TRUE(kit::convertLevel(level, c.decode ? "sRGB" : "linear", to, error)) << error;
+        EXPECT_THAT(error, IsEmpty());
+        EXPECT_THAT(floatsOf(level.pixels), Pointwise(FloatNear(2e-3f), c.out));
+        EXPECT_EQ(level.pixels.spec().format, c.outType);
+        EXPECT_THAT(level.fileSpec.channelnames, ElementsAreArray(c.outNames.empty() ? c.names : c.outNames));
+        EXPECT_EQ(level.fileSpec.alpha_channel, level.fileSpec.channelindex("A"));
+        EXPECT_EQ(level.fileSpec.format, T::UINT16);
+        EXPECT_EQ(level.fileSpec.get_string_attribute("oiio:ColorSpace"), to);
+    }
+    kit::ImageLevel level = levelOf({"B", "G", "R", "A"}, {.1f, .2f, .3f, .5f}, F, true);
+    OIIO::ImageBuf packed;
+    std::string error;
+    ASSERT_TRUE(kit::colorChannelsOf(level, packed, error)) << error;
+    EXPECT_THAT(floatsOf(packed), ElementsAre(.3f, .2f, .1f));
+}
+
+TEST_F(ColorChannels, FailuresSayWhy)
+{
+    std::string const none = "the image has no colour channels (R, G and B, or grey)";
+    struct Case {
+        Names names;
+        T type;
+        char const *from, *to;
+        std::string message;
+    } const cases[] = {
+        {{"X", "Y", "A", "Z"}, T::FLOAT, "sRGB", "linear", none},
+        {{"X", "Y", "Z"}, T::FLOAT, "sRGB", "linear", none},
+        {{"R", "G", "B"}, T::FLOAT, "nope", "linear", "cannot convert from 'nope' to 'linear' with this config"},
+        {{"R", "G", "B", "A"}, T::FLOAT, "linear", "nope", "the conversion failed"},
+        {{"R", "G", "B"}, T::UINT8, "sRGB", "nope", "the conversion failed"},
+    };
+    LogCapture log;
+    for (Case const& c : cases) {
+        kit::ImageLevel level = levelOf(c.names, Floats(c.names.size(), 0.5f), c.type);
+        std::string error;
+        EXPECT_FALSE(kit::convertLevel(level, c.from, c.to, error));
+        EXPECT_EQ(error, c.message);
+        EXPECT_EQ(level.fileSpec.get_string_attribute("oiio:ColorSpace"), "");
+    }
+    std::string error;
+    auto const refuse = [](OIIO::ImageBuf&, std::string& reason) { return (reason = "no").empty(); };
+    for (Names const& names : {Names{"R", "G", "B", "A"}, Names{"B", "G", "R", "A"}}) {
+        kit::ImageLevel level = levelOf(names, {0.5f, 0.5f, 0.5f, 0.5f}, T::FLOAT, true);
+        EXPECT_FALSE(kit::transformColorChannels(level, refuse, error));
+        EXPECT_EQ(error, "no");
+    }
+    kit::ImageLevel level = levelOf({"X", "Y", "A", "Z"}, {0, 0, 0, 0});
+    OIIO::ImageBuf rgb;
+    EXPECT_FALSE(kit::colorChannelsOf(level, rgb, error));
+    EXPECT_EQ(error, none);
+}
+
+TEST_F(ColorChannels, OperationsGetTheColourChannelsAndAlphaPacked)
+{
+    // Channels `names` holding 1, 2, 3...; the operation sees `seen` and writes 10, 20 and 30 as R, G and B,
+    // on the level itself when `inPlace`.
+    struct Case {
+        Names names;
+        Floats seen, out;
+        bool inPlace;
+    } const cases[] = {
+        {{"R", "G", "B", "A"}, {1, 2, 3, 4}, {10, 20, 30, 4}, true},
+        {{"R", "G", "B"}, {1, 2, 3}, {10, 20, 30}, true},
+        {{"X", "Y", "W"}, {1, 2, 3}, {10, 20, 30}, true},
+        {{"R", "A", "B", "G"}, {1, 4, 3, 2}, {10, 2, 30, 20}, false},
+        {{"G", "B", "R"}, {3, 1, 2}, {20, 30, 10}, false},
+        {{"B", "R", "G"}, {2, 3, 1}, {30, 10, 20}, false},
+        {{"A", "b", "g", "r"}, {4, 3, 2, 1}, {1, 30, 20, 10}, false},
+        {{"X", "Y", "W", "V"}, {1, 2, 3}, {10, 20, 30, 4}, false},
+        {{"R", "G", "B", "Z"}, {1, 2, 3}, {10, 20, 30, 4}, false},
+    };
+    for (Case const& c : cases) {
+        Floats in(c.names.size());
+        std::iota(in.begin(), in.end(), 1.0f);
+        kit::ImageLevel level = levelOf(c.names, in);
+        Floats seen;
+        bool inPlace = false;
+        auto const mark = [&](OIIO::ImageBuf& packed, std::string&) {
+            seen = floatsOf(packed);
+            inPlace = &packed == &level.pixels;
+            return OIIO::ImageBufAlgo::fill(packed, {10.0f, 20.0f, 30.0f}, OIIO::ROI(0, 1, 0, 1, 0, 1, 0, 3));
+        };
+        std::string error;
+        ASSERT_TRUE(kit::transformColorChannels(level, mark, error)) << error;
+        EXPECT_EQ(seen, c.seen) << OIIO::Strutil::join(c.names, ",");
+        EXPECT_EQ(floatsOf(level.pixels), c.out) << OIIO::Strutil::join(c.names, ",");
+        EXPECT_EQ(inPlace, c.inPlace) << OIIO::Strutil::join(c.names, ",");
+    }
+}
+
+} // namespace
+} // namespace verra_test

@@ -1,0 +1,37 @@
+// Tests of verra_sdk/kit/processor_check.h.
+
+#include "support/kit_env.h"
+
+#include <verra_sdk/kit/processor_check.h>
+
+namespace verra_test {
+namespace {
+
+using namespace orv::verra_sdk;
+using namespace ::testing;
+using ConversionProblem = KitTest;
+
+TEST_F(ConversionProblem, NamesTheFileOnlyForTheConversionsThatNeedIt)
+{
+    EXPECT_EQ(kit::conversionProblem("linear", "sRGB"), "");
+    m_env.dir().write("corrupt.spi1d", "Version 1\nFrom 0 1\nLength 4\nComponents 1\n{\n 0 0.5\n");
+    std::string const config = m_env.dir().write(
+        "luts.ocio", ocioConfig({"lin", "log"}, {"log"}, "search_path: .\nroles: {default: lin, scene_linear: lin}\n") +
+                         "  - !<ColorSpace> {name: gone, to_scene_reference: !<FileTransform> {src: gone.spi1d}}\n"
+                         "  - !<ColorSpace> {name: bad, to_scene_reference: !<FileTransform> {src: corrupt.spi1d}}\n");
+    ASSERT_THAT(load(config).errors, IsEmpty());
+    auto const missing =
+        AllOf(StartsWith("The specified file reference 'gone.spi1d' could not be located."), Not(HasSubstr("\n")));
+    auto const corrupt = AllOf(HasSubstr("corrupt.spi1d' could not be loaded"), HasSubstr("Malformed LUT line"));
+    EXPECT_EQ(kit::conversionProblem("lin", "log"), "");
+    EXPECT_EQ(kit::conversionProblem("log", "linear"), "");
+    EXPECT_EQ(kit::conversionProblem("sRGB", "gone"), "");
+    EXPECT_EQ(kit::conversionProblem("gone", "Rec709"), "");
+    EXPECT_THAT(kit::conversionProblem("lin", "gone"), missing);
+    EXPECT_THAT(kit::conversionProblem("gone", "log"), missing);
+    EXPECT_THAT(kit::conversionProblem("linear", "bad"), corrupt);
+    EXPECT_THAT(kit::conversionProblem("bad", "LINEAR"), corrupt);
+}
+
+} // namespace
+} // namespace verra_test

@@ -1,0 +1,93 @@
+// The `color` subcommand: one colour converted between two colour spaces.
+
+#include "command.h"
+#include "console.h"
+#include "json_text.h"
+
+#include <verra_sdk/color_route.h>
+#include <verra_sdk/colorconfig.h>
+
+#include <CLI/CLI.hpp>
+
+#include <fmt/format.h>
+
+#include <memory>
+
+namespace colorconfig {
+
+namespace sdk = orv::verra_sdk;
+
+Subcommand addColor(CLI::App& program, CommonOptions& common)
+{
+    CLI::App* app = newSubcommand(
+        program, "color", "Convert one colour between two colour spaces",
+        "Converts the colour R G B (and ALPHA, which is printed unchanged) and prints the result with 17 "
+        "significant digits, enough to read back the exact double. Negative values are accepted as they are "
+        "(-0.5, -inf), as are inf and nan. With --verbose, standard error also tells the route: 'built-in curve' "
+        "(the module's own sRGB and Rec709 curves, used between linear and those two whatever the config says), "
+        "'processor' (the config's), or 'same'. --json prints {errors, from, to, route, input, output}, with null "
+        "for nan and infinities, and null or empty members when the config has errors.");
+    struct ColorOptions {
+        std::string from;
+        std::string to;
+        std::vector<std::string> channels;
+    };
+    auto options = std::make_shared<ColorOptions>();
+    addJsonFlag(*app, common, "Print the result as a JSON object.");
+    addFromTo(*app, options->from, options->to, true, "The colour space of the given colour.",
+              "The colour space to convert into.");
+    app->add_option("R_G_B_[ALPHA]", options->channels, "The colour's channels")
+        ->type_name("")
+        ->expected(3, 4)
+        ->required();
+    auto const failed = [](std::vector<std::string> const& errors) {
+        printJson({{"errors", errors},
+                   {"from", nullptr},
+                   {"to", nullptr},
+                   {"route", nullptr},
+                   {"input", Json::array()},
+                   {"output", Json::array()}});
+    };
+    auto const run = [options, &common] {
+        std::vector<std::string> const& words = options->channels;
+        double channels[4] = {0.0, 0.0, 0.0, 1.0};
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            if (!parseNumber(words[i], channels[i])) {
+                return usageError("'" + words[i] + "' is not a number", "color");
+            }
+        }
+        auto const [from, to] = conversionNamed(options->from, options->to);
+        if (from.empty()) {
+            return ExitCode::Failure;
+        }
+        // The transform returns an impossible conversion unchanged and silently,
+        // so the route is asked first.
+        sdk::ColorRoute const route = sdk::colorRoute(orv::String(from), orv::String(to));
+        if (route == sdk::ColorRoute::None) {
+            console::error("cannot convert from '{}' to '{}' with this config", from, to);
+            return ExitCode::Failure;
+        }
+        if (common.verbose) {
+            console::note("route from '{}' to '{}': {}", from, to, sdk::colorRouteName(route));
+        }
+        orv::math::RgbaT<double> const result = sdk::ColorConfig::transform(
+            {channels[0], channels[1], channels[2], channels[3]}, orv::String(from), orv::String(to));
+        std::vector<double> output{result.r, result.g, result.b, result.a};
+        output.resize(words.size());
+        if (common.json) {
+            printJson({{"errors", Json::array()},
+                       {"from", from},
+                       {"to", to},
+                       {"route", sdk::colorRouteName(route)},
+                       {"input", std::vector<double>(channels, channels + words.size())},
+                       {"output", output}});
+        } else {
+            // 17 significant digits read back as the same double.
+            console::out(fmt::format("{:.17g}", fmt::join(output, " ")));
+        }
+        return ExitCode::Success;
+    };
+    return {app, run, false, failed};
+}
+
+} // namespace colorconfig

@@ -1,0 +1,81 @@
+// The `convert` subcommand: images converted between two colour spaces.
+
+#include "command.h"
+#include "console.h"
+#include "file_jobs.h"
+
+#include <verra_sdk/kit/image_operations.h>
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+#include <memory>
+
+namespace colorconfig {
+
+namespace {
+
+namespace stdfs = std::filesystem;
+
+} // namespace
+
+Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
+{
+    CLI::App* app = newSubcommand(
+        program, "convert", "Convert images between two colour spaces",
+        "Converts IN into OUT, or, with --out-dir, each IN into a file of the same name in DIR. Each image is "
+        "written in the format that the output's extension names; its colour channels are converted. Everything "
+        "else is kept as the format allows: the data type, every subimage and MIP level, windows, pixel aspect, "
+        "tiling, compression and attributes, and every channel other than R, G and B (alpha, depth, others) "
+        "untouched; 'oiio:ColorSpace' names the new space. Grey comes out as RGB. 8-bit pixels written to an "
+        "8-bit format go through the module's RGBA8 transform; every other case is computed in float. A format "
+        "that cannot hold every subimage or MIP level is refused. Each output is written beside its target and "
+        "renamed into place only once complete, so a failed or interrupted run leaves existing files as they "
+        "were, and no output ever replaces an input. With --out-dir, a progress line is shown while standard "
+        "error is a terminal.");
+    struct ConvertOptions {
+        std::string from;
+        std::string to;
+        std::string outDir;
+        CLI::Option* outDirOption = nullptr;
+        bool unassociatedAlpha = false;
+        std::vector<std::string> files;
+    };
+    auto options = std::make_shared<ConvertOptions>();
+    addFromTo(*app, options->from, options->to, true, "The colour space of the input pixels.",
+              "The colour space to convert into.");
+    options->outDirOption =
+        app->add_option("--out-dir", options->outDir, optionHelp("Write every output into this existing folder."))
+            ->option_text("DIR");
+    addUnassociatedAlpha(*app, options->unassociatedAlpha);
+    app->add_option("IN_OUT|IN", options->files, "The input and output images, or the inputs")
+        ->type_name("")
+        ->required();
+    auto const run = [options] {
+        std::vector<std::string> const& words = options->files;
+        bool const toFolder = options->outDirOption->count() > 0;
+        if (!toFolder && words.size() != 2) {
+            return usageError("'convert' needs IN and OUT, or --out-dir DIR and one or more IN", "convert");
+        }
+        std::error_code ignored;
+        if (toFolder && !stdfs::is_directory(options->outDir, ignored)) {
+            console::error("output folder '{}' does not exist or is not a folder", options->outDir);
+            return ExitCode::Failure;
+        }
+        auto const [from, to] = conversionNamed(options->from, options->to);
+        if (from.empty()) {
+            return ExitCode::Failure;
+        }
+        kit::ImageOperation const convert = kit::conversionOperation(from, to);
+        std::vector<kit::FileJob> jobs;
+        for (std::size_t i = 0; i < (toFolder ? words.size() : 1); ++i) {
+            std::string const output =
+                toFolder ? (stdfs::path(options->outDir) / stdfs::path(words[i]).filename()).string() : words[1];
+            jobs.push_back({words[i], output, kit::Precision::KeepBytes, false, convert, options->unassociatedAlpha});
+        }
+        return runJobs(jobs, "", false);
+    };
+    return {app, run, false, nullptr};
+}
+
+} // namespace colorconfig

@@ -1,0 +1,51 @@
+// The `preview` subcommand: an image as an opaque 8-bit preview.
+
+#include "command.h"
+#include "console.h"
+#include "file_jobs.h"
+
+#include <verra_sdk/kit/image_operations.h>
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace colorconfig {
+
+Subcommand addPreview(CLI::App& program, CommonOptions& /*common*/)
+{
+    CLI::App* app = newSubcommand(
+        program, "preview", "Turn an image into an opaque 8-bit preview",
+        "Reads the first image of IN as float pixels in the colour space --from, converts its colour channels "
+        "(grey is spread over RGB, alpha is dropped) into the colour space --to, and writes an opaque 8-bit image "
+        "to OUT in the format that its extension names (RGBA, or RGB for a format without alpha). Float-only "
+        "formats (exr, hdr) are refused. OUT is written beside its target and renamed into place once complete, "
+        "and never replaces IN.");
+    struct PreviewOptions {
+        std::string from = "linear";
+        std::string to = "sRGB";
+        std::vector<std::string> files;
+    };
+    auto options = std::make_shared<PreviewOptions>();
+    addFromTo(*app, options->from, options->to, false, "The colour space of the input pixels (linear when not given).",
+              "The colour space of the preview (sRGB when not given).");
+    app->add_option("IN_OUT", options->files, "The image and its preview")->type_name("")->expected(2)->required();
+    auto const run = [options] {
+        std::string const& output = options->files[1];
+        auto const [from, to] = conversionNamed(options->from, options->to);
+        if (from.empty()) {
+            return ExitCode::Failure;
+        }
+        bool alpha = false;
+        std::string message;
+        if (!kit::previewTarget(output, alpha, message)) {
+            console::error("cannot write '{}': {}", output, message);
+            return ExitCode::Failure;
+        }
+        kit::ImageOperation const operation = kit::previewOperation(from, to, alpha);
+        return runJobs({{options->files[0], output, kit::Precision::Float, true, operation, false}}, "", true);
+    };
+    return {app, run, false, nullptr};
+}
+
+} // namespace colorconfig

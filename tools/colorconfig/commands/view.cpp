@@ -1,0 +1,63 @@
+// The `view` subcommand: images through a display and view of the config.
+
+#include "command.h"
+#include "console.h"
+#include "file_jobs.h"
+
+#include <verra_sdk/kit/image_operations.h>
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace colorconfig {
+
+Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
+{
+    CLI::App* app = newSubcommand(
+        program, "view", "Show images through a display and view of the config",
+        "Applies the config's display/view transform (with looks, if given) to the colour channels of every image "
+        "of IN, computed in float, and writes OUT in the format that its extension names, at the input's data "
+        "type. Alpha and the other channels are kept, colours are not divided by alpha, and 'oiio:ColorSpace' "
+        "names the view's colour space. Without --display and --view, the config's default display and its "
+        "default view. File safety as for convert.");
+    struct ViewOptions {
+        std::string from;
+        std::string display;
+        std::string view;
+        std::string looks;
+        bool unassociatedAlpha = false;
+        std::vector<std::string> files;
+    };
+    auto options = std::make_shared<ViewOptions>();
+    app->add_option("--from", options->from, optionHelp("The colour space of the input pixels."))
+        ->option_text("NAME")
+        ->required();
+    app->add_option("--display", options->display, optionHelp("The display (the config's default if not given)."))
+        ->option_text("NAME");
+    app->add_option("--view", options->view, optionHelp("The view of that display (its default if not given)."))
+        ->option_text("NAME");
+    app->add_option("--look", options->looks, optionHelp("Looks to apply, separated by commas."))
+        ->option_text("L[,L2]");
+    addUnassociatedAlpha(*app, options->unassociatedAlpha);
+    app->add_option("IN_OUT", options->files, "The image and its result")->type_name("")->expected(2)->required();
+    auto const run = [options] {
+        std::string const from = colorSpaceNamed(options->from);
+        if (from.empty()) {
+            return ExitCode::Failure;
+        }
+        kit::DisplayView chosen;
+        std::string message;
+        if (!kit::chooseDisplayView({from, options->display, options->view, options->looks}, chosen, message)) {
+            console::error("{}", message);
+            return ExitCode::Failure;
+        }
+        kit::FileJob const job{options->files[0], options->files[1], kit::Precision::Float, false,
+                               kit::displayViewOperation(chosen), options->unassociatedAlpha};
+        std::string const looks = chosen.looks.empty() ? "" : ", looks " + chosen.looks;
+        return runJobs({job}, " (" + chosen.display + " / " + chosen.view + looks + ")", true);
+    };
+    return {app, run, false, nullptr};
+}
+
+} // namespace colorconfig
