@@ -1,6 +1,7 @@
 # Installation: headers, libraries, the colorconfig program, a CMake package
-# (find_package(VerraColorConfig) with the imported targets verra::core and
-# verra::colorconfig) and a pkg-config file.
+# (find_package(VerraColorConfig) with the imported targets verra::core,
+# verra::colorconfig and verra::colorkit) and a pkg-config file per library
+# (verra-colorconfig, verra-colorkit).
 include(CMakePackageConfigHelpers)
 
 set(VERRA_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/VerraColorConfig")
@@ -10,18 +11,18 @@ set(VERRA_CMAKE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/VerraColorConfig")
 # LD_LIBRARY_PATH: the program looks in ../lib (its libdir), and the module
 # library finds verra_core beside itself.
 file(RELATIVE_PATH verra_bin_to_lib "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
-set_target_properties(orv_core verra_colorconfig PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(orv_core verra_colorconfig verra_colorkit PROPERTIES INSTALL_RPATH "$ORIGIN")
 if(VERRA_BUILD_TOOLS)
   set_target_properties(colorconfig PROPERTIES INSTALL_RPATH "$ORIGIN/${verra_bin_to_lib}")
 endif()
 
-install(TARGETS orv_core verra_colorconfig
+install(TARGETS orv_core verra_colorconfig verra_colorkit
   EXPORT VerraColorConfigTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(DIRECTORY core/include/ sdk/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY core/include/ sdk/include/ kit/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(VERRA_BUILD_TOOLS)
   install(TARGETS colorconfig RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
@@ -47,6 +48,7 @@ install(FILES
 file(RELATIVE_PATH VERRA_PC_PREFIX_FROM_PCFILEDIR
   "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 string(REGEX REPLACE "/$" "" VERRA_PC_PREFIX_FROM_PCFILEDIR "${VERRA_PC_PREFIX_FROM_PCFILEDIR}")
-configure_file(cmake/verra-colorconfig.pc.in "${PROJECT_BINARY_DIR}/verra-colorconfig.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/verra-colorconfig.pc"
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(pc verra-colorconfig verra-colorkit)
+  configure_file(cmake/${pc}.pc.in "${PROJECT_BINARY_DIR}/${pc}.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/${pc}.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()

@@ -9,8 +9,12 @@
 #   find_package    configures, builds and runs the CMake project CONSUMER_DIR
 #                   with CMAKE_PREFIX_PATH=<prefix>;
 #   pkg_config      compiles CONSUMER_DIR/host.cpp with CXX and the flags of
-#                   `pkg-config --cflags --libs verra-colorconfig`, and runs it
-#                   with LD_LIBRARY_PATH=<prefix>/LIBDIR.
+#                   `pkg-config --cflags --libs verra-colorkit`, and runs it
+#                   with LD_LIBRARY_PATH=<prefix>/LIBDIR;
+#   add_subdirectory configures, builds and runs SUBDIRECTORY_CONSUMER_DIR,
+#                   which adds PROJECT_SOURCE with add_subdirectory (nothing
+#                   is installed for it), and checks that only the libraries
+#                   were built.
 # The host runs with HOME and XDG_CONFIG_HOME pointing at an empty folder and
 # without OCIO. The temporary folder is removed at the end, on success and on
 # failure; nothing is written into the source tree.
@@ -71,6 +75,33 @@ function(check_host_output text)
   endforeach()
 endfunction()
 
+set(generator_args -G "${GENERATOR}")
+if(NOT "${MAKE_PROGRAM}" STREQUAL "")
+  list(APPEND generator_args "-DCMAKE_MAKE_PROGRAM=${MAKE_PROGRAM}")
+endif()
+
+if(MODE STREQUAL "add_subdirectory")
+  run("configuring the add_subdirectory host"
+    COMMAND "${CMAKE_COMMAND}" -S "${SUBDIRECTORY_CONSUMER_DIR}" -B "${work}/build" ${generator_args}
+      "-DVERRA_SOURCE=${PROJECT_SOURCE}"
+      "-DCMAKE_CXX_COMPILER=${CXX}"
+      "-DCMAKE_BUILD_TYPE=${BUILD_TYPE}"
+      "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}"
+      "-DCMAKE_EXE_LINKER_FLAGS=${EXE_LINKER_FLAGS}")
+  run("building the add_subdirectory host" COMMAND "${CMAKE_COMMAND}" --build "${work}/build")
+  # Only the libraries: no program, no tests.
+  file(GLOB_RECURSE built LIST_DIRECTORIES false "${work}/build/verra/*colorconfig" "${work}/build/verra/*_tests")
+  if(built)
+    fail("add_subdirectory built more than the libraries: ${built}")
+  endif()
+  isolate_host()
+  run("the add_subdirectory host" COMMAND "${work}/build/host")
+  check_host_output("${run_output}")
+  message("${run_output}")
+  file(REMOVE_RECURSE "${work}")
+  return()
+endif()
+
 run("cmake --install" COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${prefix}")
 set(libdir "${prefix}/${LIBDIR}")
 set(package_dir "${libdir}/cmake/VerraColorConfig")
@@ -79,7 +110,8 @@ set(pc_dir "${libdir}/pkgconfig")
 if(MODE STREQUAL "install_layout")
   # Every public header, under the same relative path as in the source tree.
   set(expected "")
-  foreach(include_root "${PROJECT_SOURCE}/core/include" "${PROJECT_SOURCE}/sdk/include")
+  foreach(include_root "${PROJECT_SOURCE}/core/include" "${PROJECT_SOURCE}/sdk/include"
+                       "${PROJECT_SOURCE}/kit/include")
     file(GLOB_RECURSE headers RELATIVE "${include_root}" "${include_root}/*.h")
     foreach(header IN LISTS headers)
       list(APPEND expected "${INCLUDEDIR}/${header}")
@@ -98,7 +130,7 @@ if(MODE STREQUAL "install_layout")
                VerraColorConfigTargets.cmake VerraFilterIncludes.cmake)
     list(APPEND expected "${LIBDIR}/cmake/VerraColorConfig/${file}")
   endforeach()
-  list(APPEND expected "${LIBDIR}/pkgconfig/verra-colorconfig.pc")
+  list(APPEND expected "${LIBDIR}/pkgconfig/verra-colorconfig.pc" "${LIBDIR}/pkgconfig/verra-colorkit.pc")
 
   file(GLOB_RECURSE installed LIST_DIRECTORIES false RELATIVE "${prefix}" "${prefix}/*")
   foreach(file IN LISTS expected)
@@ -125,10 +157,6 @@ if(MODE STREQUAL "install_layout")
   endif()
 
 elseif(MODE STREQUAL "find_package")
-  set(generator_args -G "${GENERATOR}")
-  if(NOT "${MAKE_PROGRAM}" STREQUAL "")
-    list(APPEND generator_args "-DCMAKE_MAKE_PROGRAM=${MAKE_PROGRAM}")
-  endif()
   run("configuring the find_package host"
     COMMAND "${CMAKE_COMMAND}" -S "${CONSUMER_DIR}" -B "${work}/build" ${generator_args}
       "-DCMAKE_PREFIX_PATH=${prefix}"
@@ -157,13 +185,13 @@ elseif(MODE STREQUAL "pkg_config")
   set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
   # The file found is the one just installed, and it names the prefix it
   # was installed into.
-  run("pkg-config --variable=pcfiledir" COMMAND "${PKG_CONFIG}" --variable=pcfiledir verra-colorconfig)
+  run("pkg-config --variable=pcfiledir" COMMAND "${PKG_CONFIG}" --variable=pcfiledir verra-colorkit)
   string(STRIP "${run_output}" found)
   if(NOT "${found}" STREQUAL "${pc_dir}")
-    fail("pkg-config found verra-colorconfig in '${found}', not in '${pc_dir}'")
+    fail("pkg-config found verra-colorkit in '${found}', not in '${pc_dir}'")
   endif()
   foreach(variable includedir libdir)
-    run("pkg-config --variable=${variable}" COMMAND "${PKG_CONFIG}" --variable=${variable} verra-colorconfig)
+    run("pkg-config --variable=${variable}" COMMAND "${PKG_CONFIG}" --variable=${variable} verra-colorkit)
     string(STRIP "${run_output}" dir)
     file(REAL_PATH "${dir}" real)
     if(variable STREQUAL "includedir")
@@ -172,10 +200,10 @@ elseif(MODE STREQUAL "pkg_config")
       set(wanted "${libdir}")
     endif()
     if(NOT "${real}" STREQUAL "${wanted}")
-      fail("verra-colorconfig.pc: ${variable} is '${dir}', not '${wanted}'")
+      fail("verra-colorkit.pc: ${variable} is '${dir}', not '${wanted}'")
     endif()
   endforeach()
-  run("pkg-config --cflags --libs" COMMAND "${PKG_CONFIG}" --cflags --libs verra-colorconfig)
+  run("pkg-config --cflags --libs" COMMAND "${PKG_CONFIG}" --cflags --libs verra-colorkit)
   separate_arguments(pc_flags UNIX_COMMAND "${run_output}")
   run("compiling the pkg-config host"
     COMMAND "${CXX}" -std=c++17 -Wall -Wextra -Wpedantic -Werror ${cxx_flags}
