@@ -167,7 +167,7 @@ bool writesUnassociated(std::string const& format, ImageLevel const& level)
 bool pixelsToWrite(ImageLevel const& level, bool unassociated, OIIO::ImageBuf const*& pixels, OIIO::ImageBuf& converted,
                    std::string& error)
 {
-    bool const convert = level.pixels.spec().alpha_channel > 0 && unassociated == level.associatedAlpha;
+    bool const convert = level.pixels.spec().alpha_channel >= 0 && unassociated == level.associatedAlpha;
     bool const copied = !convert || (OIIO::ImageBufAlgo::copy(converted, level.pixels, OIIO::TypeDesc::FLOAT) &&
                                      (unassociated ? OIIO::ImageBufAlgo::unpremult(converted, converted)
                                                    : OIIO::ImageBufAlgo::premult(converted, converted)));
