@@ -10,16 +10,16 @@ namespace {
 
 namespace stdfs = std::filesystem;
 
-/// True when writing `output` would replace one of `inputs`.
-bool replacesInput(std::string const& output, std::vector<std::string> const& inputs)
+/// The entry of `inputs` that writing `output` would replace, or null.
+std::string const* replacedInput(std::string const& output, std::vector<std::string> const& inputs)
 {
     for (std::string const& input : inputs) {
         std::error_code ignored;
         if (stdfs::equivalent(input, output, ignored)) {
-            return true;
+            return &input;
         }
     }
-    return false;
+    return nullptr;
 }
 
 /// True when the format that `output`'s name asks for stores 8-bit values.
@@ -34,8 +34,12 @@ bool storesBytes(std::string const& output)
 JobResult runFileJob(FileJob const& job, FileLedger& ledger)
 {
     JobResult result;
-    if (replacesInput(job.output, ledger.inputs) || replacesInput(job.output, {job.input})) {
+    std::vector<std::string> const own{job.input};
+    std::string const* replaced = replacedInput(job.output, own);
+    replaced = replaced != nullptr ? replaced : replacedInput(job.output, ledger.inputs);
+    if (replaced != nullptr) {
         result.failure = JobFailure::ReplacesInput;
+        result.message = *replaced;
         return result;
     }
     // The same file by any path: through "..", symbolic links, the current folder.

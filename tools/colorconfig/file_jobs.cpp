@@ -9,10 +9,9 @@ namespace {
 /// What went wrong with `job`.
 std::string failure(kit::FileJob const& job, kit::JobResult const& result, bool oneInput)
 {
-    std::string const replaced = result.message.empty() ? job.input : result.message;
     switch (result.failure) {
     case kit::JobFailure::ReplacesInput:
-        return "'" + job.output + "' would replace " + (oneInput ? "its own input" : "the input '" + replaced + "'") +
+        return "'" + job.output + "' would replace " + (oneInput ? "its own input" : "the input '" + result.message + "'") +
                "; choose another output";
     case kit::JobFailure::WrittenBefore:
         return "'" + job.output + "' was already written by an earlier input; '" + job.input + "' is skipped";

@@ -53,7 +53,8 @@ struct FileJob {
 /// The step at which a job failed.
 enum class JobFailure {
     None,
-    /// The output is one of the run's inputs (the same file, by any path).
+    /// The output is one of the run's inputs (the same file, by any path);
+    /// `JobResult::message` is that input.
     ReplacesInput,
     /// An earlier job of the run wrote the same output (by any path).
     WrittenBefore,
