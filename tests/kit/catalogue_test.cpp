@@ -13,26 +13,20 @@ using Catalogue = KitTest;
 
 TEST_F(Catalogue, CopiesWhatTheConfigOffers)
 {
-    kit::Catalogue const builtIns = kit::readCatalogue();
-    EXPECT_EQ(builtIns.colorSpaces, (Names{"linear", "sRGB", "Rec709"}));
-    EXPECT_THAT(builtIns.displays, IsEmpty());
+    EXPECT_THAT(kit::readCatalogue(),
+                AllOf(Field(&kit::Catalogue::colorSpaces, ElementsAre("linear", "sRGB", "Rec709")),
+                      Field(&kit::Catalogue::displays, IsEmpty())));
     std::string const config = sampleConfig("  - !<ColorSpace> {name: unused}\n");
     ASSERT_THAT(load(config).errors, IsEmpty());
-    kit::Catalogue const c = kit::readCatalogue();
-    EXPECT_EQ(c.status.file, config);
-    EXPECT_EQ(c.colorSpaces, (Names{"linear", "sRGB", "Rec709", "lin", "raw", "srgb_tex", "tone", "unused"}));
-    EXPECT_EQ(c.inactive, (Names{"old"}));
-    EXPECT_THAT(c.hidden, ElementsAre(Field(&kit::HiddenName::name, "SRGB")));
-    EXPECT_EQ((Names{c.defaultDisplay, c.defaultView}), (Names{"Monitor", "Tone"}));
-    EXPECT_EQ(c.looks, (Names{"Bright"}));
-    ASSERT_EQ(c.displays.size(), 1u);
-    EXPECT_EQ(c.displays[0].display, "Monitor");
-    EXPECT_EQ(c.displays[0].views, (Names{"Tone", "Standard", "Raw"}));
-    Names roles;
-    for (kit::RoleSpace const& r : c.roles) {
-        roles.push_back(r.role + ": " + r.colorSpace);
-    }
-    EXPECT_EQ(roles, (Names{"color_picking: srgb_tex", "default: lin", "scene_linear: lin"}));
+    // Status, colour spaces, inactive, hidden, default display and view, displays, looks, roles.
+    EXPECT_THAT(kit::readCatalogue(),
+                FieldsAre(Field(&kit::ConfigStatus::file, config),
+                          ElementsAre("linear", "sRGB", "Rec709", "lin", "raw", "srgb_tex", "tone", "unused"),
+                          ElementsAre("old"), ElementsAre(Field(&kit::HiddenName::name, "SRGB")), "Monitor", "Tone",
+                          ElementsAre(FieldsAre("Monitor", ElementsAre("Tone", "Standard", "Raw"))),
+                          ElementsAre("Bright"),
+                          ElementsAre(FieldsAre("color_picking", "srgb_tex"), FieldsAre("default", "lin"),
+                                      FieldsAre("scene_linear", "lin"))));
 }
 
 } // namespace

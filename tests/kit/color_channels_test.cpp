@@ -14,7 +14,6 @@ namespace kit = orv::verra_sdk::kit;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::FloatNear;
-using ::testing::IsEmpty;
 using ::testing::Pointwise;
 using T = OIIO::TypeDesc;
 using ColorChannels = KitTest;
@@ -36,7 +35,7 @@ kit::ImageLevel levelOf(Names const& names, Floats const& values, T type = T::FL
 
 TEST_F(ColorChannels, FindsAndConvertsTheStraightColourOfTheColourChannelsOnly)
 {
-    Names const rgba{"R", "G", "B", "A"}, rgb{"R", "G", "B"}, other{"N", "B", "G", "R", "A", "Z"};
+    Names const rgba{"R", "G", "B", "A"}, rgb{"R", "G", "B"};
     T const F = T::FLOAT, B = T::UINT8;
     // From sRGB to linear when `decode`, else back; grey comes out as `outNames` (empty: `names`).
     struct Case {
@@ -46,14 +45,13 @@ TEST_F(ColorChannels, FindsAndConvertsTheStraightColourOfTheColourChannelsOnly)
         Floats in, out;
     } const cases[] = {
         {rgba, {}, F, F, false, true, {.5f, .25f, 1, .5f}, {kD50, kD25, 1, .5f}},
-        // Associated: divided by alpha, converted, multiplied again; alpha 0 keeps its colour.
+        // Associated: divided by alpha, converted, multiplied again.
         {rgba, {}, F, F, true, true, {.25f, .125f, .5f, .5f}, {kH, kD25 / 2, .5f, .5f}},
-        {rgba, {}, F, F, true, true, {.5f, .25f, 0, 0}, {kD50, kD25, 0, 0}},
         {rgba, {}, F, F, true, false, {.25f, .125f, .5f, .5f}, {kE50 / 2, kE25 / 2, .5f, .5f}},
         // By name in any order, else the first plain channels; the others untouched.
-        {other, {}, F, F, true, true, {.3f, .25f, .5f, .125f, .5f, .7f}, {.3f, kH, .5f, kD25 / 2, .5f, .7f}},
+        {{"N", "B", "G", "R", "A", "Z"}, {}, F, F, true, true, {.3f, .25f, .5f, .125f, .5f, .7f},
+         {.3f, kH, .5f, kD25 / 2, .5f, .7f}},
         {{"X", "Y", "W", "V"}, {}, F, F, false, false, {.5f, .25f, 1, .3f}, {kE50, kE25, 1, .3f}},
-        {rgb, {}, F, F, true, false, {.5f, .25f, 0}, {kE50, kE25, 0}},
         {{"A", "R", "G", "B"}, {}, F, F, true, true, {.5f, .25f, .125f, .5f}, {.5f, kH, kD25 / 2, .5f}},
         // Bytes stay bytes unless alpha is associated.
         {rgba, {}, B, B, false, true, {128 / 255.0f, 1, 0, .2f}, {55 / 255.0f, 1, 0, .2f}},
@@ -69,12 +67,10 @@ TEST_F(ColorChannels, FindsAndConvertsTheStraightColourOfTheColourChannelsOnly)
         char const* const to = c.decode ? "linear" : "sRGB";
         SCOPED_TRACE(OIIO::Strutil::join(c.names, ",") + " " + c.type.c_str() + " " + to);
         ASSERT_TRUE(kit::convertLevel(level, c.decode ? "sRGB" : "linear", to, error)) << error;
-        EXPECT_THAT(error, IsEmpty());
         EXPECT_THAT(floatsOf(level.pixels), Pointwise(FloatNear(2e-3f), c.out));
         EXPECT_EQ(level.pixels.spec().format, c.outType);
         EXPECT_THAT(level.fileSpec.channelnames, ElementsAreArray(c.outNames.empty() ? c.names : c.outNames));
         EXPECT_EQ(level.fileSpec.alpha_channel, level.fileSpec.channelindex("A"));
-        EXPECT_EQ(level.fileSpec.format, T::UINT16);
         EXPECT_EQ(level.fileSpec.get_string_attribute("oiio:ColorSpace"), to);
     }
     kit::ImageLevel level = levelOf({"B", "G", "R", "A"}, {.1f, .2f, .3f, .5f}, F, true);
@@ -86,15 +82,12 @@ TEST_F(ColorChannels, FindsAndConvertsTheStraightColourOfTheColourChannelsOnly)
 
 TEST_F(ColorChannels, FailuresSayWhy)
 {
-    std::string const none = "the image has no colour channels (R, G and B, or grey)";
     struct Case {
         Names names;
         T type;
-        char const *from, *to;
-        std::string message;
+        char const *from, *to, *message;
     } const cases[] = {
-        {{"X", "Y", "A", "Z"}, T::FLOAT, "sRGB", "linear", none},
-        {{"X", "Y", "Z"}, T::FLOAT, "sRGB", "linear", none},
+        {{"X", "Y", "A", "Z"}, T::FLOAT, "sRGB", "linear", "the image has no colour channels (R, G and B, or grey)"},
         {{"R", "G", "B"}, T::FLOAT, "nope", "linear", "cannot convert from 'nope' to 'linear' with this config"},
         {{"R", "G", "B", "A"}, T::FLOAT, "linear", "nope", "the conversion failed"},
         {{"R", "G", "B"}, T::UINT8, "sRGB", "nope", "the conversion failed"},
@@ -107,17 +100,13 @@ TEST_F(ColorChannels, FailuresSayWhy)
         EXPECT_EQ(error, c.message);
         EXPECT_EQ(level.fileSpec.get_string_attribute("oiio:ColorSpace"), "");
     }
-    std::string error;
     auto const refuse = [](OIIO::ImageBuf&, std::string& reason) { return (reason = "no").empty(); };
     for (Names const& names : {Names{"R", "G", "B", "A"}, Names{"B", "G", "R", "A"}}) {
         kit::ImageLevel level = levelOf(names, {0.5f, 0.5f, 0.5f, 0.5f}, T::FLOAT, true);
+        std::string error;
         EXPECT_FALSE(kit::transformColorChannels(level, refuse, error));
         EXPECT_EQ(error, "no");
     }
-    kit::ImageLevel level = levelOf({"X", "Y", "A", "Z"}, {0, 0, 0, 0});
-    OIIO::ImageBuf rgb;
-    EXPECT_FALSE(kit::colorChannelsOf(level, rgb, error));
-    EXPECT_EQ(error, none);
 }
 
 TEST_F(ColorChannels, OperationsGetTheColourChannelsAndAlphaPacked)
@@ -130,13 +119,9 @@ TEST_F(ColorChannels, OperationsGetTheColourChannelsAndAlphaPacked)
         bool inPlace;
     } const cases[] = {
         {{"R", "G", "B", "A"}, {1, 2, 3, 4}, {10, 20, 30, 4}, true},
-        {{"R", "G", "B"}, {1, 2, 3}, {10, 20, 30}, true},
-        {{"X", "Y", "W"}, {1, 2, 3}, {10, 20, 30}, true},
         {{"R", "A", "B", "G"}, {1, 4, 3, 2}, {10, 2, 30, 20}, false},
         {{"G", "B", "R"}, {3, 1, 2}, {20, 30, 10}, false},
-        {{"B", "R", "G"}, {2, 3, 1}, {30, 10, 20}, false},
         {{"A", "b", "g", "r"}, {4, 3, 2, 1}, {1, 30, 20, 10}, false},
-        {{"X", "Y", "W", "V"}, {1, 2, 3}, {10, 20, 30, 4}, false},
         {{"R", "G", "B", "Z"}, {1, 2, 3}, {10, 20, 30, 4}, false},
     };
     for (Case const& c : cases) {
@@ -151,10 +136,11 @@ TEST_F(ColorChannels, OperationsGetTheColourChannelsAndAlphaPacked)
             return OIIO::ImageBufAlgo::fill(packed, {10.0f, 20.0f, 30.0f}, OIIO::ROI(0, 1, 0, 1, 0, 1, 0, 3));
         };
         std::string error;
+        SCOPED_TRACE(OIIO::Strutil::join(c.names, ","));
         ASSERT_TRUE(kit::transformColorChannels(level, mark, error)) << error;
-        EXPECT_EQ(seen, c.seen) << OIIO::Strutil::join(c.names, ",");
-        EXPECT_EQ(floatsOf(level.pixels), c.out) << OIIO::Strutil::join(c.names, ",");
-        EXPECT_EQ(inPlace, c.inPlace) << OIIO::Strutil::join(c.names, ",");
+        EXPECT_EQ(seen, c.seen);
+        EXPECT_EQ(floatsOf(level.pixels), c.out);
+        EXPECT_EQ(inPlace, c.inPlace);
     }
 }
 

@@ -36,10 +36,9 @@ TEST_F(LoadConfig, NamesWhereAConfigNotFoundWasSet)
         if (ocioTxt) {
             m_env.dir().write("xdg/verra/ocio.txt", ocioTxt);
         }
-        kit::ConfigStatus const status = load(requested);
-        EXPECT_EQ(status.source, source);
-        EXPECT_EQ(status.file, source == ConfigSource::BuiltIns ? "" : good);
-        EXPECT_EQ(status.errors, error.empty() ? Lines{} : Lines{error});
+        // Report, source, file, errors, warnings.
+        EXPECT_THAT(load(requested), FieldsAre(_, source, source == ConfigSource::BuiltIns ? "" : good,
+                                               error.empty() ? Lines{} : Lines{error}, IsEmpty()));
     }
 }
 
@@ -57,19 +56,15 @@ colorspaces:
   - !<ColorSpace> {name: lut, to_scene_reference: !<GroupTransform> {children: [!<FileTransform> {src: first.spi1d}, !<FileTransform> {src: lut.spi1d}]}}
   - !<ColorSpace> {name: again, from_scene_reference: !<FileTransform> {src: lut.spi1d}}
 )");
-    kit::ConfigStatus const status = load(lut);
-    EXPECT_THAT(status.errors, IsEmpty());
-    EXPECT_EQ(status.file, lut);
-    std::vector<Matcher<std::string>> missing;
-    for (char const* file : {"first.spi1d", "lut.spi1d", "look.cube", "view.spi1d", "named.spi1d"}) {
-        missing.push_back(HasSubstr(std::string("'") + file + "' could not be located"));
-    }
-    EXPECT_THAT(status.warnings, ElementsAreArray(missing));
+    auto const missing = [](char const* file) { return HasSubstr(std::string("'") + file + "' could not be located"); };
+    EXPECT_THAT(load(lut), FieldsAre(_, _, lut, IsEmpty(),
+                                     ElementsAre(missing("first.spi1d"), missing("lut.spi1d"), missing("look.cube"),
+                                                 missing("view.spi1d"), missing("named.spi1d"))));
     std::string const bad = m_env.dir().write("bad.ocio", "ocio_profile_version: 2.1\ncolorspaces: [oops\n");
     m_env.ocio().set(bad);
-    kit::ConfigStatus const refused = load("");
-    EXPECT_THAT(refused.errors, ElementsAre(StartsWith("the config set by $OCIO ('" + bad + "') cannot be read: ")));
-    EXPECT_FALSE(refused.usesFile());
+    EXPECT_THAT(
+        load(""),
+        FieldsAre(_, _, "", ElementsAre(StartsWith("the config set by $OCIO ('" + bad + "') cannot be read: ")), _));
 }
 
 } // namespace

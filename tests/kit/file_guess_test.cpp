@@ -22,14 +22,13 @@ Names guessed(std::string const& file, bool fallback)
 TEST_F(GuessColorSpace, TellsTheStepThatAnswered)
 {
     EXPECT_EQ(guessed("photo.jpg", true), (Names{"sRGB", "extension", "", ""}));
-    ASSERT_THAT(load(sampleConfig(R"(file_rules:
+    std::string const config = sampleConfig(R"(file_rules:
   - !<Rule> {name: Plates, pattern: "*plate*", extension: "*", colorspace: scene_linear}
   - !<Rule> {name: Scans, pattern: "*", extension: "dpx", colorspace: raw}
   - !<Rule> {name: Textures, pattern: "*", extension: "tif", colorspace: srgb_texture}
   - !<Rule> {name: Default, colorspace: default}
-)"))
-                    .errors,
-                IsEmpty());
+)");
+    ASSERT_THAT(load(config).errors, IsEmpty());
     std::vector<std::tuple<std::string, bool, Names>> const cases{
         {"shot_plate.exr", false, {"lin", "file rule", "Plates", "role scene_linear"}},
         {"scan_tone.dpx", false, {"raw", "file rule", "Scans", "raw"}},

@@ -26,7 +26,7 @@ TEST_F(ToolCli, UsageErrorsExitWithTwoAndNameTheHelpToRead)
     };
     for (Case const& c : cases) {
         std::string const hint = "Run 'colorconfig " + std::string(c.help) + "--help' for more.\n";
-        EXPECT_EQ(run(c.words), (Outcome{2, "", "colorconfig: error: " + std::string(c.error) + "\n" + hint}));
+        EXPECT_EQ(run(c.words), Outcome(2, "", "colorconfig: error: " + std::string(c.error) + "\n" + hint));
     }
 }
 
@@ -35,10 +35,10 @@ TEST_F(ToolCli, HelpFitsEightyColumnsAndEndsWithTheExitCodes)
     for (Words const& words : {Words{"--help"}, Words{"help", "view"}}) {
         Outcome const help = run(words);
         EXPECT_THAT(help, FieldsAre(0, EndsWith("malformed\n     argument.\n"), IsEmpty()));
-        EXPECT_THAT(Strutil::splits(help.out, "\n"), Each(SizeIs(Le(79u))));
+        EXPECT_THAT(Strutil::splits(std::get<1>(help), "\n"), Each(SizeIs(Le(79u))));
     }
     EXPECT_EQ(run({"help", "convert"}), run({"convert", "--help"}));
-    EXPECT_EQ(run({"--version"}), (Outcome{0, "colorconfig " VERRA_VERSION "\n", ""}));
+    EXPECT_EQ(run({"--version"}), Outcome(0, "colorconfig " VERRA_VERSION "\n", ""));
 }
 
 } // namespace

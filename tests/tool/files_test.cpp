@@ -20,25 +20,22 @@ TEST_F(ToolFiles, NoOutputReplacesAnInputOrAnEarlierOutput)
     writeNoise(a, 8, 3, TypeDesc::UINT8);
     std::filesystem::copy_file(a, file("b/x.png"));
     std::string const before = readFile(a);
-    struct Case {
-        Words words;
-        std::string out, err;
-    } const cases[] = {
+    std::tuple<Words, std::string, std::string> const cases[] = {
         {{"--out-dir", file("out"), a, file("b/x.png")},
          a + " -> " + file("out/x.png") + "\n",
          "'" + file("out/x.png") + "' was already written by an earlier input; '" + file("b/x.png") + "' is skipped"},
         {{"--out-dir", file("a"), a}, "", "'" + a + "' would replace the input '" + a + "'; choose another output"},
         {{"--out-dir", file("no"), a}, "", "output folder '" + file("no") + "' does not exist or is not a folder"},
     };
-    for (Case const& c : cases) {
+    for (auto const& [tail, out, err] : cases) {
         Words words{"convert", "--from", "linear", "--to", "sRGB"};
-        words.insert(words.end(), c.words.begin(), c.words.end());
-        EXPECT_EQ(run(words), (Outcome{1, c.out, "colorconfig: error: " + c.err + "\n"}));
+        words.insert(words.end(), tail.begin(), tail.end());
+        EXPECT_EQ(run(words), Outcome(1, out, "colorconfig: error: " + err + "\n"));
     }
     EXPECT_EQ(run({"preview", a, file("./a/x.png")}),
-              (Outcome{1, "",
-                       "colorconfig: error: '" + file("./a/x.png") +
-                           "' would replace its own input; choose another output\n"}));
+              Outcome(1, "",
+                      "colorconfig: error: '" + file("./a/x.png") +
+                          "' would replace its own input; choose another output\n"));
     EXPECT_EQ(readFile(a), before);
 }
 
@@ -46,10 +43,10 @@ TEST_F(ToolFiles, UnassociatedAlphaChangesHowColoursAreRead)
 {
     writeNoise(file("in.exr"), 8, 4, TypeDesc::FLOAT);
     Words words{"convert", "--from", "linear", "--to", "sRGB", file("in.exr"), file("plain.exr")};
-    ASSERT_EQ(run(words).code, 0);
+    ASSERT_EQ(run(words), Outcome(0, file("in.exr") + " -> " + file("plain.exr") + "\n", ""));
     words.back() = file("unassociated.exr");
     words.insert(words.begin() + 1, "--unassociated-alpha");
-    ASSERT_EQ(run(words).code, 0);
+    ASSERT_EQ(std::get<0>(run(words)), 0);
     EXPECT_NE(floatsOf(readImage(file("plain.exr"))), floatsOf(readImage(file("unassociated.exr"))));
 }
 

@@ -18,18 +18,8 @@ using namespace ::testing;
 namespace Strutil = OIIO::Strutil;
 using Words = std::vector<std::string>;
 
-/// How a command line ended and what it printed.
-struct Outcome {
-    int code = -1;
-    std::string out;
-    std::string err;
-    bool operator==(Outcome const& b) const { return code == b.code && out == b.out && err == b.err; }
-};
-
-inline void PrintTo(Outcome const& o, std::ostream* os)
-{
-    *os << "exit " << o.code << ", out \"" << o.out << "\", err \"" << o.err << "\"";
-}
+/// How a command line ended and what it printed: exit code, standard output, standard error.
+using Outcome = std::tuple<int, std::string, std::string>;
 
 class ToolTest : public KitTest {
 protected:
