@@ -42,8 +42,10 @@ TEST_F(FileJob, ColourWithAlphaConvertsAsOiiotoolDoesBetweenFormats)
             return kit::convertLevel(level, c.from, c.to, error);
         };
         kit::FileLedger ledger;
-        ASSERT_TRUE(kit::runFileJob({file(c.in), file(c.out), kit::Precision::KeepBytes, false, convert, c.straight},
-                                    ledger).ok()) << c.out;
+        ASSERT_TRUE(
+            kit::runFileJob({file(c.in), file(c.out), kit::Precision::KeepBytes, false, convert, c.straight}, ledger)
+                .ok())
+            << c.out;
         EXPECT_THAT(seen, ElementsAre(c.seen)) << c.out;
         // In float, from straight colour; multiplied by alpha where the output holds it so, else clipped as PNG is.
         bool const exr = OIIO::Strutil::ends_with(c.out, ".exr");
@@ -67,7 +69,9 @@ TEST_F(FileJob, RefusesOrFailsWithoutTouchingAnyFile)
     std::filesystem::create_symlink(x, file("link.exr"));
     int calls = 0;
     auto const count = [&calls](kit::ImageLevel&, std::string&) { return ++calls > 0; };
-    auto const refuse = [&calls](kit::ImageLevel&, std::string& error) { return ++calls < 0 || (error = "no").empty(); };
+    auto const refuse = [&calls](kit::ImageLevel&, std::string& error) {
+        return ++calls < 0 || (error = "no").empty();
+    };
     using F = kit::JobFailure;
     struct Case {
         std::string in, out;

@@ -17,65 +17,52 @@ namespace kit = orv::verra_sdk::kit;
 namespace stdfs = std::filesystem;
 using ::testing::ElementsAre;
 using ::testing::FloatNear;
-using ::testing::IsEmpty;
 using ::testing::Pointwise;
 using SafeOutput = KitTest;
-Names const kRgba{"R", "G", "B", "A"};
 
-/// A file of `subimages` subimages, each a 2 × 2 RGB square of 0.5, with a
-/// second MIP level when `mipmapped`.
-kit::ImageFile fileOf(int subimages, bool mipmapped)
+/// A file of `subimages` subimages of RGB noise `width` pixels square, with a second MIP level (tiled, as OpenEXR
+/// requires) when `mipmapped`. At 256 pixels, more than `kLimit` bytes in any format.
+kit::ImageFile fileOf(int subimages, bool mipmapped, int width = 2)
 {
     kit::ImageFile file{{}, subimages, mipmapped};
     for (int subimage = 0; subimage < subimages; ++subimage) {
         for (int miplevel = 0; miplevel <= int(mipmapped); ++miplevel) {
-            int const width = 2 >> miplevel;
-            Floats const values(std::size_t(width * width) * 3, 0.5f);
-            file.levels.push_back({subimage, miplevel, {}, imageOf(width, {"R", "G", "B"}, values)});
-            // MIP levels are tiled, as OpenEXR requires.
-            OIIO::ImageSpec& spec = file.levels.back().fileSpec = file.levels.back().pixels.spec();
+            OIIO::ImageSpec spec(width >> miplevel, width >> miplevel, 3, OIIO::TypeDesc::FLOAT);
             spec.tile_width = spec.tile_height = mipmapped ? 16 : 0;
+            file.levels.push_back({subimage, miplevel, spec, OIIO::ImageBuf(spec)});
+            OIIO::ImageBufAlgo::noise(file.levels.back().pixels, "uniform", 0.0f, 1.0f);
         }
     }
     return file;
-}
-
-/// One 256 × 256 RGBA image of noise: more than `kLimit` bytes in any format.
-kit::ImageFile noiseFile()
-{
-    kit::ImageFile big{{{0, 0, {256, 256, 4, OIIO::TypeDesc::FLOAT}, {}}}, 1, false};
-    big.levels[0].pixels.reset(big.levels[0].fileSpec);
-    OIIO::ImageBufAlgo::noise(big.levels[0].pixels, "uniform", 0.0f, 1.0f);
-    return big;
 }
 constexpr rlim_t kLimit = 16384;
 
 TEST_F(SafeOutput, EachFormatGetsTheAlphaItHolds)
 {
-    // Straight colour (0.4, 0.2, 0.1) at alpha 0.5, associated or not in memory and in the file; alpha
-    // first in OpenEXR images, which OpenImageIO reads back as RGBA.
-    struct Case {
-        char const* name;
-        bool associatedIn, associatedOut;
-    } const cases[] = {
-        {"a.png", false, false}, {"b.png", true, false}, {"c.exr", false, true}, {"d.exr", true, true},
-        {"e.tif", false, false}, {"f.tif", true, true},  {"g.tga", true, false}, {"h.bmp", false, true},
-    };
-    for (Case const& c : cases) {
-        float const in = c.associatedIn ? 0.5f : 1, out = c.associatedOut ? 0.5f : 1;
-        bool const alphaFirst = OIIO::Strutil::ends_with(c.name, ".exr");
-        OIIO::ImageBuf const pixels = alphaFirst
-                                          ? imageOf(1, {"A", "R", "G", "B"}, {0.5f, 0.4f * in, 0.2f * in, 0.1f * in})
-                                          : imageOf(1, kRgba, {0.4f * in, 0.2f * in, 0.1f * in, 0.5f});
-        kit::ImageLevel level{0, 0, pixels.spec(), pixels, c.associatedIn};
+    // Straight colour (0.4, 0.2, 0.1) at alpha 0.5, associated or not in memory and in the file; alpha first in
+    // OpenEXR images, which OpenImageIO reads back as RGBA.
+    for (auto const& [name, associatedIn, associatedOut] : {std::tuple{"b.png", true, false},
+                                                            {"c.exr", false, true},
+                                                            {"d.exr", true, true},
+                                                            {"f.tif", true, true},
+                                                            {"g.tga", true, false}}) {
+        float const in = associatedIn ? 0.5f : 1, out = associatedOut ? 0.5f : 1;
+        Names names{"R", "G", "B", "A"};
+        Floats values{0.4f * in, 0.2f * in, 0.1f * in, 0.5f};
+        if (OIIO::Strutil::ends_with(name, ".exr")) {
+            std::rotate(names.begin(), names.begin() + 3, names.end());
+            std::rotate(values.begin(), values.begin() + 3, values.end());
+        }
+        kit::ImageLevel level{0, 0, {}, imageOf(1, names, values), associatedIn};
+        level.fileSpec = level.pixels.spec();
         level.fileSpec.set_format(OIIO::TypeDesc::UINT16);
         kit::ImageFile read;
         std::string error;
-        ASSERT_TRUE(kit::writeImageFile(file(c.name), {{level}, 1, false}, error)) << c.name << error;
-        ASSERT_TRUE(kit::readImageFile(file(c.name), kit::Precision::Float, read, error)) << c.name << error;
-        EXPECT_EQ(read.levels[0].associatedAlpha, c.associatedOut) << c.name;
+        ASSERT_TRUE(kit::writeImageFile(file(name), {{level}, 1, false}, error)) << name << error;
+        ASSERT_TRUE(kit::readImageFile(file(name), kit::Precision::Float, read, error)) << name << error;
+        EXPECT_EQ(read.levels[0].associatedAlpha, associatedOut) << name;
         Floats const expected{0.4f * out, 0.2f * out, 0.1f * out, 0.5f};
-        EXPECT_THAT(floatsOf(read.levels[0].pixels), Pointwise(FloatNear(3e-3f), expected)) << c.name;
+        EXPECT_THAT(floatsOf(read.levels[0].pixels), Pointwise(FloatNear(3e-3f), expected)) << name;
     }
 }
 
@@ -85,30 +72,20 @@ TEST_F(SafeOutput, WritesEveryImageAndReplacesThroughLinksKeepingPermissions)
     ::chmod(real.c_str(), 0640);
     stdfs::create_symlink(real, file("link.exr"));
     // MIP levels make a texture; TIFF holds them as its subimages.
-    struct Case {
-        char const* name;
-        kit::ImageFile file;
-        char const* texture;
-    } const cases[] = {
-        {"link.exr", fileOf(2, false), ""},
-        {"mip.exr", fileOf(1, true), "Plain Texture"},
-        {"mip.tif", fileOf(1, true), "Plain Texture"},
-        {"plain.tif", fileOf(1, false), ""},
-    };
-    for (Case const& c : cases) {
+    for (auto const& [name, subimages, mipmapped] :
+         {std::tuple{"link.exr", 2, false}, {"mip.exr", 1, true}, {"mip.tif", 1, true}}) {
         kit::ImageFile read;
         std::string error;
-        ASSERT_TRUE(kit::writeImageFile(file(c.name), c.file, error)) << c.name << error;
-        EXPECT_THAT(error, IsEmpty()) << c.name;
-        ASSERT_TRUE(kit::readImageFile(file(c.name), kit::Precision::Float, read, error)) << c.name << error;
-        EXPECT_EQ(read.levels.size(), c.file.levels.size()) << c.name;
-        EXPECT_EQ(read.subimages, c.file.subimages) << c.name;
-        EXPECT_EQ(read.mipmapped, c.file.mipmapped) << c.name;
-        EXPECT_EQ(read.levels[0].fileSpec.get_string_attribute("textureformat"), c.texture) << c.name;
+        ASSERT_TRUE(kit::writeImageFile(file(name), fileOf(subimages, mipmapped), error)) << name << error;
+        ASSERT_TRUE(kit::readImageFile(file(name), kit::Precision::Float, read, error)) << name << error;
+        EXPECT_EQ(read.levels.size(), 2u) << name;
+        EXPECT_EQ(read.subimages, subimages) << name;
+        EXPECT_EQ(read.mipmapped, mipmapped) << name;
+        EXPECT_EQ(read.levels[0].fileSpec.get_string_attribute("textureformat"), mipmapped ? "Plain Texture" : "");
     }
     EXPECT_TRUE(stdfs::is_symlink(file("link.exr")));
     EXPECT_EQ(stdfs::status(real).permissions(), stdfs::perms(0640));
-    EXPECT_THAT(entriesOf(m_env.dir().path()), ElementsAre("link.exr", "mip.exr", "mip.tif", "plain.tif", "real.exr"));
+    EXPECT_THAT(entriesOf(m_env.dir().path()), ElementsAre("link.exr", "mip.exr", "mip.tif", "real.exr"));
 }
 
 TEST_F(SafeOutput, RefusesWhatItCannotWriteWholeAndLeavesTheOldFile)
@@ -116,13 +93,8 @@ TEST_F(SafeOutput, RefusesWhatItCannotWriteWholeAndLeavesTheOldFile)
     stdfs::create_directories(file("folder.png"));
     ::mkfifo(file("pipe.png").c_str(), 0644);
     kit::installWriteGuards();
-    kit::ImageFile const one = fileOf(1, false), big = noiseFile();
-    struct Case {
-        char const* name;
-        kit::ImageFile file;
-        ::testing::Matcher<std::string> message;
-    };
-    Case const cases[] = {
+    kit::ImageFile const one = fileOf(1, false), big = fileOf(1, false, 256);
+    std::tuple<char const*, kit::ImageFile, ::testing::Matcher<std::string>> const cases[] = {
         {"folder.png", one, "it is a folder"},
         {"pipe.png", one, "it is not a regular file"},
         {"parts.png", fileOf(2, false),
@@ -132,9 +104,7 @@ TEST_F(SafeOutput, RefusesWhatItCannotWriteWholeAndLeavesTheOldFile)
         {"both.tif", fileOf(2, true),
          "a tiff file holds no MIP levels in several subimages, and the input has them; choose a format that "
          "holds them (exr)"},
-        {"x.unknown", one,
-         "OpenImageIO could not find a format writer for \"" + file("x.unknown") +
-             "\". Is it a file format that OpenImageIO doesn't know about?"},
+        {"x.unknown", one, ::testing::HasSubstr("could not find a format writer for \"" + file("x.unknown"))},
         {"nowhere/x.png", one, "No such file or directory"},
         // Writes that fail part-way, under a file-size limit, as each format sees them.
         {"old.png", big, "File too large"},
@@ -145,21 +115,20 @@ TEST_F(SafeOutput, RefusesWhatItCannotWriteWholeAndLeavesTheOldFile)
     rlimit unlimited{};
     ::getrlimit(RLIMIT_FSIZE, &unlimited);
     rlimit const limited{kLimit, unlimited.rlim_max};
-    for (Case const& c : cases) {
+    for (auto const& [name, image, message] : cases) {
         // Where a regular file can be, an old one is.
-        bool const old = !stdfs::exists(file(c.name)) && stdfs::exists(stdfs::path(file(c.name)).parent_path());
+        bool const old = !stdfs::exists(file(name)) && stdfs::exists(stdfs::path(file(name)).parent_path());
         if (old) {
-            m_env.dir().write(c.name, "old");
+            m_env.dir().write(name, "old");
         }
         Names const before = entriesOf(m_env.dir().path());
         std::string error;
         ::setrlimit(RLIMIT_FSIZE, &limited);
-        bool const written = kit::writeImageFile(file(c.name), c.file, error);
+        EXPECT_FALSE(kit::writeImageFile(file(name), image, error)) << name;
         ::setrlimit(RLIMIT_FSIZE, &unlimited);
-        EXPECT_FALSE(written) << c.name;
-        EXPECT_THAT(error, c.message) << c.name;
-        EXPECT_EQ(entriesOf(m_env.dir().path()), before) << c.name;
-        EXPECT_TRUE(!old || readFile(file(c.name)) == "old") << c.name;
+        EXPECT_THAT(error, message) << name;
+        EXPECT_EQ(entriesOf(m_env.dir().path()), before) << name;
+        EXPECT_TRUE(!old || readFile(file(name)) == "old") << name;
     }
 }
 
@@ -167,23 +136,22 @@ TEST(SafeOutputExit, AnExitFromInsideALibraryRemovesTheTemporaryFile)
 {
     // The death test's child process runs this test again, and finds the parent's folder in the environment.
     EnvGuard const variable("VERRA_TEST_EXIT_FOLDER");
-    char const* const inherited = std::getenv("VERRA_TEST_EXIT_FOLDER");
     std::optional<TempDir> own;
-    std::string const folder = inherited != nullptr ? inherited : own.emplace().path();
+    std::string const folder =
+        std::getenv("VERRA_TEST_EXIT_FOLDER") ? std::getenv("VERRA_TEST_EXIT_FOLDER") : own.emplace().path();
     variable.set(folder);
-    std::string const target = folder + "/old.jpg";
-    std::ofstream(target) << "old";
+    std::ofstream(folder + "/old.jpg") << "old";
     // libjpeg ends the program when a write fails.
-    auto const writeUnderLimit = [&target] {
+    auto const writeUnderLimit = [&folder] {
         kit::installWriteGuards();
         rlimit const limited{kLimit, RLIM_INFINITY};
         ::setrlimit(RLIMIT_FSIZE, &limited);
         std::string error;
-        kit::writeImageFile(target, noiseFile(), error);
+        kit::writeImageFile(folder + "/old.jpg", fileOf(1, false, 256), error);
     };
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(writeUnderLimit(), ::testing::ExitedWithCode(EXIT_FAILURE), "");
-    EXPECT_EQ(readFile(target), "old");
+    EXPECT_EQ(readFile(folder + "/old.jpg"), "old");
     EXPECT_THAT(entriesOf(folder), ElementsAre("old.jpg"));
 }
 
