@@ -24,11 +24,26 @@ void* operator new(std::size_t size)
     }
     throw std::bad_alloc();
 }
-void* operator new[](std::size_t size) { return operator new(size); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+void* operator new[](std::size_t size)
+{
+    return operator new(size);
+}
+void operator delete(void* p) noexcept
+{
+    std::free(p);
+}
+void operator delete[](void* p) noexcept
+{
+    std::free(p);
+}
+void operator delete(void* p, std::size_t) noexcept
+{
+    std::free(p);
+}
+void operator delete[](void* p, std::size_t) noexcept
+{
+    std::free(p);
+}
 
 namespace verra_bench {
 
@@ -128,6 +143,9 @@ std::vector<float> floatPixels(int channels)
     return pixels;
 }
 
-std::uint64_t allocationCount() { return g_allocations.load(std::memory_order_relaxed); }
+std::uint64_t allocationCount()
+{
+    return g_allocations.load(std::memory_order_relaxed);
+}
 
 } // namespace verra_bench

@@ -22,7 +22,7 @@ constexpr std::int64_t kPixels = std::int64_t{kWidth} * kHeight;
 /// Which configuration a benchmark runs on.
 enum class Config {
     BuiltIn, ///< OpenImageIO's own, no file
-    File,    ///< a real config file (the shared folder's, else one written here)
+    File, ///< a real config file (the shared folder's, else one written here)
 };
 
 /// Points the module at `config` (a full reset) and returns the path used

@@ -128,8 +128,7 @@ void oiioTransformRgba(benchmark::State& state, Config config)
 void ocioPackedFloat(benchmark::State& state, Config config, int channels)
 {
     std::vector<float> pixels = floatPixels(channels);
-    OCIO::ConstCPUProcessorRcPtr const cpu =
-        ocioProcessor(config, "linear", "sRGB")->getDefaultCPUProcessor();
+    OCIO::ConstCPUProcessorRcPtr const cpu = ocioProcessor(config, "linear", "sRGB")->getDefaultCPUProcessor();
     OCIO::PackedImageDesc desc(pixels.data(), kWidth, kHeight, channels);
     for (auto _ : state) {
         cpu->apply(desc);
@@ -149,7 +148,7 @@ void copyFloats(benchmark::State& state, int channels)
     report(state, 4 * channels);
 }
 
-#define VERRA_BUFFER_BENCH(fn, config, label) \
+#define VERRA_BUFFER_BENCH(fn, config, label)                                                                          \
     BENCHMARK_CAPTURE(fn, label, config)->Unit(benchmark::kMillisecond)->UseRealTime()
 
 VERRA_BUFFER_BENCH(moduleGenerateRgba8, Config::BuiltIn, builtin);
@@ -164,10 +163,10 @@ VERRA_BUFFER_BENCH(moduleTransformRgba, Config::BuiltIn, builtin);
 VERRA_BUFFER_BENCH(oiioTransformRgba, Config::BuiltIn, builtin);
 VERRA_BUFFER_BENCH(moduleTransformRgba, Config::File, file);
 VERRA_BUFFER_BENCH(oiioTransformRgba, Config::File, file);
-BENCHMARK_CAPTURE(ocioPackedFloat, builtin/rgb, Config::BuiltIn, 3)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(ocioPackedFloat, file/rgb, Config::File, 3)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(ocioPackedFloat, builtin/rgba, Config::BuiltIn, 4)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK_CAPTURE(ocioPackedFloat, file/rgba, Config::File, 4)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ocioPackedFloat, builtin / rgb, Config::BuiltIn, 3)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ocioPackedFloat, file / rgb, Config::File, 3)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ocioPackedFloat, builtin / rgba, Config::BuiltIn, 4)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(ocioPackedFloat, file / rgba, Config::File, 4)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(copyFloats, rgb, 3)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(copyFloats, rgba, 4)->Unit(benchmark::kMillisecond)->UseRealTime();
 

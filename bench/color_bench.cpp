@@ -29,8 +29,8 @@ void moduleCurve(benchmark::State& state, char const* from, char const* to)
         RgbaT<double> const out = ColorConfig::transform(RgbaT<double>{v, v * 0.5, v * 0.25, 1.0}, source, target);
         benchmark::DoNotOptimize(out);
     }
-    state.counters["allocs/call"] = benchmark::Counter(
-        static_cast<double>(allocationCount() - before) / static_cast<double>(state.iterations()));
+    state.counters["allocs/call"] =
+        benchmark::Counter(static_cast<double>(allocationCount() - before) / static_cast<double>(state.iterations()));
 }
 
 /// The cost floor of a built-in curve: three single-precision powers.

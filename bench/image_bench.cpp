@@ -55,8 +55,9 @@ void oiioColorconvert(benchmark::State& state, Config config, char const* from, 
 void ocioPacked8(benchmark::State& state, Config config, char const* from, char const* to)
 {
     std::vector<std::uint8_t> pixels = rgba8Pixels();
-    OCIO::ConstCPUProcessorRcPtr const cpu = ocioProcessor(config, from, to)->getOptimizedCPUProcessor(
-        OCIO::BIT_DEPTH_UINT8, OCIO::BIT_DEPTH_UINT8, OCIO::OPTIMIZATION_DEFAULT);
+    OCIO::ConstCPUProcessorRcPtr const cpu =
+        ocioProcessor(config, from, to)
+            ->getOptimizedCPUProcessor(OCIO::BIT_DEPTH_UINT8, OCIO::BIT_DEPTH_UINT8, OCIO::OPTIMIZATION_DEFAULT);
     OCIO::PackedImageDesc desc(pixels.data(), kWidth, kHeight, 4, OCIO::BIT_DEPTH_UINT8, 1, 4, 4 * kWidth);
     for (auto _ : state) {
         cpu->apply(desc);
@@ -76,15 +77,15 @@ void copyBytes(benchmark::State& state)
     report(state);
 }
 
-#define VERRA_IMAGE_BENCH(config, label, from, to)                                                   \
-    BENCHMARK_CAPTURE(moduleImage, label, config, from, to)->Unit(benchmark::kMillisecond)->UseRealTime(); \
-    BENCHMARK_CAPTURE(oiioColorconvert, label, config, from, to)->Unit(benchmark::kMillisecond)->UseRealTime(); \
+#define VERRA_IMAGE_BENCH(config, label, from, to)                                                                     \
+    BENCHMARK_CAPTURE(moduleImage, label, config, from, to)->Unit(benchmark::kMillisecond)->UseRealTime();             \
+    BENCHMARK_CAPTURE(oiioColorconvert, label, config, from, to)->Unit(benchmark::kMillisecond)->UseRealTime();        \
     BENCHMARK_CAPTURE(ocioPacked8, label, config, from, to)->Unit(benchmark::kMillisecond)->UseRealTime()
 
-VERRA_IMAGE_BENCH(Config::BuiltIn, builtin/linear_to_sRGB, "linear", "sRGB");
-VERRA_IMAGE_BENCH(Config::BuiltIn, builtin/sRGB_to_linear, "sRGB", "linear");
-VERRA_IMAGE_BENCH(Config::File, file/linear_to_sRGB, "linear", "sRGB");
-VERRA_IMAGE_BENCH(Config::File, file/sRGB_to_linear, "sRGB", "linear");
+VERRA_IMAGE_BENCH(Config::BuiltIn, builtin / linear_to_sRGB, "linear", "sRGB");
+VERRA_IMAGE_BENCH(Config::BuiltIn, builtin / sRGB_to_linear, "sRGB", "linear");
+VERRA_IMAGE_BENCH(Config::File, file / linear_to_sRGB, "linear", "sRGB");
+VERRA_IMAGE_BENCH(Config::File, file / sRGB_to_linear, "sRGB", "linear");
 BENCHMARK(copyBytes)->Name("memcpyImage")->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

@@ -52,7 +52,10 @@ bool isDirectoryStream(std::FILE* stream) noexcept
 
 } // namespace
 
-File::Body* File::file() const noexcept { return static_cast<Body*>(body()); }
+File::Body* File::file() const noexcept
+{
+    return static_cast<Body*>(body());
+}
 
 bool File::open(String const& path, Mode mode, Format format)
 {

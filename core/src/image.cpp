@@ -11,8 +11,7 @@ class Image::Body final : public RefCounted {
 public:
     Body(int width, int height, std::unique_ptr<verra::Rgba8[]> pixels) noexcept
         : m_width(width), m_height(height), m_pixels(std::move(pixels))
-    {
-    }
+    {}
 
     int const m_width;
     int const m_height;
@@ -41,7 +40,10 @@ Image Image::create(int width, int height) noexcept
     return Image(body);
 }
 
-Image::Body* Image::image() const noexcept { return static_cast<Body*>(body()); }
+Image::Body* Image::image() const noexcept
+{
+    return static_cast<Body*>(body());
+}
 
 bool Image::isValid() const noexcept
 {

@@ -14,8 +14,7 @@ String getEnv(String const& name)
 {
     std::string_view const key = name.view();
     // An empty name, or one holding "=" or a NUL, can never be set.
-    if (key.empty() || key.find('=') != std::string_view::npos ||
-        key.find('\0') != std::string_view::npos) {
+    if (key.empty() || key.find('=') != std::string_view::npos || key.find('\0') != std::string_view::npos) {
         return String();
     }
     return String(std::getenv(name.buf()));
@@ -37,7 +36,7 @@ std::string homeDirectory()
     long const suggested = ::sysconf(_SC_GETPW_R_SIZE_MAX);
     std::vector<char> buffer(suggested > 0 ? static_cast<std::size_t>(suggested) : 16384);
     for (;;) {
-        passwd entry {};
+        passwd entry{};
         passwd* found = nullptr;
         int const error = ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found);
         if (error == ERANGE && buffer.size() < (std::size_t{1} << 20)) {

@@ -29,7 +29,10 @@ std::string expandedHome(std::string_view text)
     return result;
 }
 
-stdfs::path toFsPath(IRefCounted const* body) { return stdfs::path(detail::textOf(body)); }
+stdfs::path toFsPath(IRefCounted const* body)
+{
+    return stdfs::path(detail::textOf(body));
+}
 
 } // namespace
 
@@ -94,7 +97,10 @@ String Path::str() const noexcept
     return String(String::AdoptBody{}, shared);
 }
 
-bool Path::isEmpty() const noexcept { return detail::textOf(body()).empty(); }
+bool Path::isEmpty() const noexcept
+{
+    return detail::textOf(body()).empty();
+}
 
 bool Path::isFile() const noexcept
 {

@@ -30,12 +30,11 @@ bool isBlank(char c) noexcept
 } // namespace
 
 String::String(char const* text, unsigned long length)
-    : RefersTo(text ? detail::makeTextBody(std::string(text, length ? length : std::strlen(text)))
-                    : nullptr)
-{
-}
+    : RefersTo(text ? detail::makeTextBody(std::string(text, length ? length : std::strlen(text))) : nullptr)
+{}
 
-String::String(std::string_view text) : RefersTo(detail::makeTextBody(std::string(text))) {}
+String::String(std::string_view text) : RefersTo(detail::makeTextBody(std::string(text)))
+{}
 
 String String::fromBytes(char const* data, std::size_t size)
 {
@@ -56,9 +55,15 @@ char const* String::buf() const noexcept
     return b ? static_cast<detail::TextBody const*>(b)->text().c_str() : "";
 }
 
-std::string_view String::view() const noexcept { return detail::textOf(body()); }
+std::string_view String::view() const noexcept
+{
+    return detail::textOf(body());
+}
 
-std::size_t String::length() const noexcept { return view().size(); }
+std::size_t String::length() const noexcept
+{
+    return view().size();
+}
 
 String String::format(char const* fmt, ...)
 {

@@ -17,14 +17,16 @@ private:
     ~Body() override = default;
 };
 
-StringVector::StringVector() : RefersTo(new Body()) {}
+StringVector::StringVector() : RefersTo(new Body())
+{}
 
-StringVector::StringVector(std::initializer_list<String> items)
-    : RefersTo(new Body(std::vector<String>(items)))
+StringVector::StringVector(std::initializer_list<String> items) : RefersTo(new Body(std::vector<String>(items)))
+{}
+
+StringVector::Body* StringVector::list() const noexcept
 {
+    return static_cast<Body*>(body());
 }
-
-StringVector::Body* StringVector::list() const noexcept { return static_cast<Body*>(body()); }
 
 void StringVector::push_back(String item)
 {

@@ -14,7 +14,8 @@ namespace orv::detail {
 #if defined(__GNUC__)
 __attribute__((format(printf, 2, 0)))
 #endif
-inline bool vformat(std::string& out, char const* fmt, va_list args)
+inline bool
+vformat(std::string& out, char const* fmt, va_list args)
 {
     out.clear();
     va_list measure;

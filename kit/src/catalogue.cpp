@@ -38,8 +38,8 @@ Catalogue readCatalogue()
     catalogue.looks = toStrings(looks());
     std::vector<RoleSpace> const spaces = rolesWithSpaces();
     for (std::string const& role : toStrings(roles())) {
-        auto const found = std::find_if(spaces.begin(), spaces.end(),
-                                        [&role](RoleSpace const& entry) { return entry.role == role; });
+        auto const found =
+            std::find_if(spaces.begin(), spaces.end(), [&role](RoleSpace const& entry) { return entry.role == role; });
         catalogue.roles.push_back({role, found != spaces.end() ? found->colorSpace : std::string()});
     }
     return catalogue;

@@ -16,7 +16,10 @@ constexpr std::size_t kDistanceDivisor = 3;
 constexpr std::size_t kMinimumDistance = 2;
 
 /// `text` without blanks around it, in lower case.
-std::string folded(std::string_view text) { return Strutil::lower(Strutil::strip(text)); }
+std::string folded(std::string_view text)
+{
+    return Strutil::lower(Strutil::strip(text));
+}
 
 struct Candidate {
     std::size_t index;

@@ -140,8 +140,7 @@ void checkLooks(OCIO::Config const& config, CheckReport& report)
 
 void guessFileNames(CheckReport& report)
 {
-    static std::array<char const*, 5> const kFiles{"render.exr", "plate.dpx", "texture.png", "photo.jpg",
-                                                   "scan.tif"};
+    static std::array<char const*, 5> const kFiles{"render.exr", "plate.dpx", "texture.png", "photo.jpg", "scan.tif"};
     for (char const* file : kFiles) {
         report.fileNames.push_back({file, guessColorSpace(file, true)});
     }
@@ -151,8 +150,8 @@ void guessFileNames(CheckReport& report)
 
 bool CheckReport::broken() const
 {
-    return !read || !status.errors.empty() || !status.warnings.empty() || !validation.empty() ||
-           !colorSpaces.empty() || !views.empty() || !looks.empty();
+    return !read || !status.errors.empty() || !status.warnings.empty() || !validation.empty() || !colorSpaces.empty() ||
+           !views.empty() || !looks.empty();
 }
 
 CheckReport checkConfig()

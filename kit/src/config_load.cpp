@@ -27,9 +27,15 @@ OCIO::ConstConfigRcPtr& stored()
 
 } // namespace
 
-OCIO::ConstConfigRcPtr const& currentOcio() { return stored(); }
+OCIO::ConstConfigRcPtr const& currentOcio()
+{
+    return stored();
+}
 
-void setCurrentOcio(OCIO::ConstConfigRcPtr config) { stored() = std::move(config); }
+void setCurrentOcio(OCIO::ConstConfigRcPtr config)
+{
+    stored() = std::move(config);
+}
 
 std::string oneLine(std::string text)
 {
@@ -147,6 +153,9 @@ ConfigStatus loadConfig(std::string const& requested)
     return latest() = status;
 }
 
-ConfigStatus const& configStatus() { return latest(); }
+ConfigStatus const& configStatus()
+{
+    return latest();
+}
 
 } // namespace orv::verra_sdk::kit

@@ -134,8 +134,8 @@ std::string applyRgb(OCIO::ConstCPUProcessorRcPtr const& processor, OIIO::ImageB
     std::string failure;
     auto const applyRows = [&](std::int64_t begin, std::int64_t end) {
         try {
-            OCIO::PackedImageDesc rows(first + begin * rowStride, spec.width, long(end - begin), 3,
-                                       OCIO::BIT_DEPTH_F32, sizeof(float), pixelStride, rowStride);
+            OCIO::PackedImageDesc rows(first + begin * rowStride, spec.width, long(end - begin), 3, OCIO::BIT_DEPTH_F32,
+                                       sizeof(float), pixelStride, rowStride);
             processor->apply(rows);
         } catch (OCIO::Exception const& exception) {
             std::lock_guard<std::mutex> const lock(failing);
@@ -151,7 +151,8 @@ bool choose(OCIO::ConstConfigRcPtr const& config, DisplayViewRequest const& requ
 {
     chosen.from = spaceOf(*config, request.from);
     if (chosen.from.empty()) {
-        error = "'" + request.from + "' is a built-in colour space that this config does not have; the display "
+        error = "'" + request.from +
+                "' is a built-in colour space that this config does not have; the display "
                 "transform needs one of the config's";
         return false;
     }

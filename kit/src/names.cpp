@@ -141,10 +141,8 @@ std::vector<std::string> inactiveColorSpaces()
     std::vector<std::string> names;
     int const count = config ? config->getNumColorSpaces(OCIO::SEARCH_REFERENCE_SPACE_ALL, OCIO::COLORSPACE_ALL) : 0;
     for (int i = 0; i < count; ++i) {
-        char const* name =
-            config->getColorSpaceNameByIndex(OCIO::SEARCH_REFERENCE_SPACE_ALL, OCIO::COLORSPACE_ALL, i);
-        if (config->getIndexForColorSpace(name) < 0 &&
-            std::find(names.begin(), names.end(), name) == names.end()) {
+        char const* name = config->getColorSpaceNameByIndex(OCIO::SEARCH_REFERENCE_SPACE_ALL, OCIO::COLORSPACE_ALL, i);
+        if (config->getIndexForColorSpace(name) < 0 && std::find(names.begin(), names.end(), name) == names.end()) {
             names.emplace_back(name);
         }
     }

@@ -1,8 +1,8 @@
 // The colour-configuration module: the shared OpenImageIO configuration, the
 // cached catalogue, configuration discovery and reset, and the conversions.
 
-#include <verra_sdk/colorconfig.h>
 #include <verra_sdk/color_route.h>
+#include <verra_sdk/colorconfig.h>
 #include <verra_sdk/config_source.h>
 
 #include "rgba8_lookup.h"
@@ -360,8 +360,7 @@ String ColorConfig::loadOcioConfig(String path)
         Path const q(os::getEnv(name), true);
         if (q.isFile()) {
             String const file = q.canonical();
-            String const report =
-                String::format("Using %s according to the '%s' env var.", file.buf(), name.buf());
+            String const report = String::format("Using %s according to the '%s' env var.", file.buf(), name.buf());
             s_source = ConfigSource::ArgumentVariable;
             resetOcio(file);
             return report;
@@ -379,8 +378,8 @@ String ColorConfig::loadOcioConfig(String path)
     if (getOcioTxtPath().isFile()) {
         Path const txt = getOcioTxtPath();
         if (!txt.isFile()) {
-            pending = String::format("Found no ocio.txt file at %s, will use built-in color spaces.",
-                                     txt.normalized().buf());
+            pending =
+                String::format("Found no ocio.txt file at %s, will use built-in color spaces.", txt.normalized().buf());
         } else {
             String const txtFile = txt.canonical();
             File file;
@@ -391,8 +390,8 @@ String ColorConfig::loadOcioConfig(String path)
                 file.close();
                 if (cfg.isFile()) {
                     String const cfgFile = cfg.canonical();
-                    String const report = String::format("Using OCIO config %s according to %s.", cfgFile.buf(),
-                                                         txtFile.buf());
+                    String const report =
+                        String::format("Using OCIO config %s according to %s.", cfgFile.buf(), txtFile.buf());
                     s_source = ConfigSource::OcioTxt;
                     resetOcio(cfgFile);
                     return report;
@@ -462,8 +461,7 @@ String ColorConfig::parseColorSpace(String fileName, bool fallback)
     if (!fallback) {
         return String();
     }
-    static StringVector const s_srgbTypes{String("png", 0), String("jpg", 0), String("tga", 0),
-                                          String("bmp", 0)};
+    static StringVector const s_srgbTypes{String("png", 0), String("jpg", 0), String("tga", 0), String("bmp", 0)};
     String const ext = Path::ext(fileName, false).toLower(true);
     return s_srgbTypes.contains(ext, false) ? String("sRGB", 0) : String("linear", 0);
 }
@@ -497,8 +495,7 @@ math::RgbaT<double> ColorConfig::transform(math::RgbaT<double> color, String fro
         }
     }
 
-    OIIO::ColorProcessorHandle const processor =
-        sharedConfig().createColorProcessor(viewOf(from), viewOf(to), "", "");
+    OIIO::ColorProcessorHandle const processor = sharedConfig().createColorProcessor(viewOf(from), viewOf(to), "", "");
     if (!processor) {
         return color;
     }
@@ -525,7 +522,10 @@ ColorRoute colorRoute(String from, String to)
                                                                                  : ColorRoute::None;
 }
 
-ConfigSource configSource() noexcept { return s_source; }
+ConfigSource configSource() noexcept
+{
+    return s_source;
+}
 
 char const* configSourceName(ConfigSource source) noexcept
 {
@@ -544,7 +544,10 @@ char const* configSourceName(ConfigSource source) noexcept
     return "built-ins";
 }
 
-String ocioTxtPath() { return getOcioTxtPath().normalized(); }
+String ocioTxtPath()
+{
+    return getOcioTxtPath().normalized();
+}
 
 char const* colorRouteName(ColorRoute route) noexcept
 {
@@ -577,12 +580,10 @@ math::RgbaT<double> ColorConfig::linearToColorSpace(math::RgbaT<double> color, S
 namespace {
 
 /// Wraps caller memory for OpenImageIO without copying it.
-OIIO::ImageBuf wrap(void const* pixels, std::uint32_t width, std::uint32_t height, int channels,
-                    OIIO::TypeDesc type)
+OIIO::ImageBuf wrap(void const* pixels, std::uint32_t width, std::uint32_t height, int channels, OIIO::TypeDesc type)
 {
     OIIO::ImageSpec const spec(static_cast<int>(width), static_cast<int>(height), channels, type);
-    return OIIO::ImageBuf(spec, const_cast<void*>(pixels), OIIO::AutoStride, OIIO::AutoStride,
-                          OIIO::AutoStride);
+    return OIIO::ImageBuf(spec, const_cast<void*>(pixels), OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride);
 }
 
 /// The conversion pattern of images and buffers: the processor from `from`

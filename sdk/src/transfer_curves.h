@@ -18,27 +18,30 @@ namespace orv::verra_sdk::curves {
 namespace {
 
 constexpr float kSrgbDecodeThreshold = 0.04045f;
-constexpr float kSrgbDecodeSlope = 0.07739938f;    // 1 / 12.92
+constexpr float kSrgbDecodeSlope = 0.07739938f; // 1 / 12.92
 constexpr float kSrgbOffset = 0.055f;
-constexpr float kSrgbDecodeScale = 0.94786733f;    // 1 / 1.055f, rounded up one unit
+constexpr float kSrgbDecodeScale = 0.94786733f; // 1 / 1.055f, rounded up one unit
 constexpr float kSrgbDecodePower = 2.4f;
 constexpr float kSrgbEncodeThreshold = 0.0031308f;
 constexpr float kSrgbEncodeSlope = 12.92f;
-constexpr float kSrgbEncodePower = 0.41666666f;    // 1 / 2.4
+constexpr float kSrgbEncodePower = 0.41666666f; // 1 / 2.4
 constexpr float kSrgbEncodeScale = 1.055f;
 
 constexpr float kRec709DecodeThreshold = 0.081f;
-constexpr float kRec709DecodeSlope = 0.22222222f;  // 1 / 4.5
+constexpr float kRec709DecodeSlope = 0.22222222f; // 1 / 4.5
 constexpr float kRec709Offset = 0.099f;
-constexpr float kRec709DecodeScale = 0.90991813f;  // 1 / 1.099
-constexpr float kRec709DecodePower = 2.2222223f;   // 1 / 0.45
+constexpr float kRec709DecodeScale = 0.90991813f; // 1 / 1.099
+constexpr float kRec709DecodePower = 2.2222223f; // 1 / 0.45
 constexpr float kRec709EncodeThreshold = 0.018f;
 constexpr float kRec709EncodeSlope = 4.5f;
 constexpr float kRec709EncodePower = 0.45f;
 constexpr float kRec709EncodeScale = 1.099f;
 
 // The constants' exact bit patterns are part of the curves' definition.
-constexpr std::uint32_t bitsOf(float value) { return __builtin_bit_cast(std::uint32_t, value); }
+constexpr std::uint32_t bitsOf(float value)
+{
+    return __builtin_bit_cast(std::uint32_t, value);
+}
 static_assert(bitsOf(kSrgbDecodeThreshold) == 0x3D25AEE6u);
 static_assert(bitsOf(kSrgbDecodeSlope) == 0x3D9E8391u);
 static_assert(bitsOf(kSrgbOffset) == 0x3D6147AEu);

@@ -14,21 +14,42 @@ using orv::File;
 using orv::Path;
 using orv::String;
 
-String str(std::string const& text) { return String(std::string_view(text)); }
-String ext(char const* name, bool withDot) { return Path::ext(String(name), withDot); }
-String path(char const* text, bool expandHome) { return Path(String(text), expandHome).str(); }
+String str(std::string const& text)
+{
+    return String(std::string_view(text));
+}
+String ext(char const* name, bool withDot)
+{
+    return Path::ext(String(name), withDot);
+}
+String path(char const* text, bool expandHome)
+{
+    return Path(String(text), expandHome).str();
+}
 
 TEST(Path, ExtJoinNormalizedAndHomeExpansion)
 {
     verra_test::EnvGuard const home("HOME");
     home.set("/h");
     for (auto const& [text, expected] : std::initializer_list<std::pair<String, std::string_view>>{
-             {ext("tex.PNG", false), "PNG"}, {ext("tex.PNG", true), ".PNG"}, {ext("a.tx.jpg", false), "jpg"},
-             {ext("a.", true), "."}, {ext("README", true), ""}, {ext("/u/.profile", true), ""}, {ext("/d.d/f", true), ""},
-             {Path::join({"/u/.config/verra", "ocio.txt"}), "/u/.config/verra/ocio.txt"}, {Path::join({"/a/", "b"}), "/a/b"},
-             {Path::join({"/a", "/b"}), "/a/b"}, {Path::join({"/a/", "/b"}), "/a/b"}, {Path::join({"", "a", "", "b"}), "a/b"},
-             {Path(String("../a/./b/../c"), true).normalized(), "../a/c"}, {Path(String("/x//y"), true).normalized(), "/x/y"},
-             {path("~/x", true), "/h/x"}, {path("~", true), "/h"}, {path("~/x", false), "~/x"}, {path("~u/x", true), "~u/x"},
+             {ext("tex.PNG", false), "PNG"},
+             {ext("tex.PNG", true), ".PNG"},
+             {ext("a.tx.jpg", false), "jpg"},
+             {ext("a.", true), "."},
+             {ext("README", true), ""},
+             {ext("/u/.profile", true), ""},
+             {ext("/d.d/f", true), ""},
+             {Path::join({"/u/.config/verra", "ocio.txt"}), "/u/.config/verra/ocio.txt"},
+             {Path::join({"/a/", "b"}), "/a/b"},
+             {Path::join({"/a", "/b"}), "/a/b"},
+             {Path::join({"/a/", "/b"}), "/a/b"},
+             {Path::join({"", "a", "", "b"}), "a/b"},
+             {Path(String("../a/./b/../c"), true).normalized(), "../a/c"},
+             {Path(String("/x//y"), true).normalized(), "/x/y"},
+             {path("~/x", true), "/h/x"},
+             {path("~", true), "/h"},
+             {path("~/x", false), "~/x"},
+             {path("~u/x", true), "~u/x"},
              {path("/a/~", true), "/a/~"}}) {
         EXPECT_EQ(text.view(), expected);
     }
@@ -42,15 +63,20 @@ TEST(File, PathQueriesAndReads)
     std::string const bigPath = tmp.write("real/sub/big.bin", big);
     std::filesystem::create_directory_symlink(tmp.file("real"), tmp.file("link"));
     // path, isFile, isDirectory, canonical
-    struct Case { std::string path; bool isFile, isDirectory; std::string canonical; };
+    struct Case {
+        std::string path;
+        bool isFile, isDirectory;
+        std::string canonical;
+    };
     for (Case const& c : {Case{tmp.file("link/sub/../sub/./big.bin"), true, false, bigPath},
                           Case{tmp.file("link"), false, true, tmp.file("real")},
                           Case{tmp.file("link/gone/../new.ocio"), false, false, tmp.file("real/new.ocio")},
                           Case{"verra-missing/x", false, false, std::filesystem::current_path() / "verra-missing/x"},
                           Case{"", false, false, ""}}) {
         Path const path(str(c.path), true);
-        EXPECT_TRUE(path.isEmpty() == c.path.empty() && path.isFile() == c.isFile && path.isDirectory() == c.isDirectory &&
-                    path.canonical() == c.canonical.c_str()) << c.path;
+        EXPECT_TRUE(path.isEmpty() == c.path.empty() && path.isFile() == c.isFile &&
+                    path.isDirectory() == c.isDirectory && path.canonical() == c.canonical.c_str())
+            << c.path;
     }
     File file;
     EXPECT_FALSE(file.isOpen() || !file.read().isEmpty());
@@ -75,7 +101,9 @@ TEST(Os, GetEnvAndUserDir)
     variable.unset();
     EXPECT_TRUE(orv::os::getEnv(String("VERRA_TEST_VARIABLE")).isEmpty());
     // $HOME, $XDG_CONFIG_HOME, $XDG_DATA_HOME (null: unset); verraUserDir(true), verraUserDir(false)
-    struct Case { char const *home, *config, *data, *configDir, *dataDir; };
+    struct Case {
+        char const *home, *config, *data, *configDir, *dataDir;
+    };
     for (Case const& c : {Case{"/h", "/xdg/c//", "/xdg/d", "/xdg/c/verra", "/xdg/d/verra"},
                           Case{"/h//", "", "relative/data", "/h/.config/verra", "/h/.local/share/verra"},
                           Case{"/h", nullptr, nullptr, "/h/.config/verra", "/h/.local/share/verra"}}) {
@@ -93,8 +121,7 @@ TEST(Log, LinesGoToTheSinkWithoutOneLineEndOrToStandardError)
         orv::logError("OIIO failed to reset OCIO: %s", "bad file");
         orv::logError("two\n\n");
         orv::logError("%s", "");
-        EXPECT_EQ(capture.lines(),
-                  (std::vector<std::string>{"OIIO failed to reset OCIO: bad file", "two\n", ""}));
+        EXPECT_EQ(capture.lines(), (std::vector<std::string>{"OIIO failed to reset OCIO: bad file", "two\n", ""}));
         orv::setErrorSink([](char const*) { throw 1; });
         EXPECT_NO_THROW(orv::logError("dropped"));
     }

@@ -41,7 +41,8 @@ TEST(Handle, CopiesShareAndCountTheBodyMovesDoNot)
     String const none;
     String target = none;
     target = std::move(other);
-    EXPECT_TRUE(refs(first) == 2 && target.body() == first.body() && !other.hasBody()); // NOLINT(bugprone-use-after-move)
+    EXPECT_TRUE(refs(first) == 2 && target.body() == first.body() &&
+                !other.hasBody()); // NOLINT(bugprone-use-after-move)
     target = none;
     EXPECT_TRUE(refs(first) == 1 && !target.hasBody() && solo == "solo");
 }
@@ -49,14 +50,16 @@ TEST(Handle, CopiesShareAndCountTheBodyMovesDoNot)
 TEST(String, HoldsItsOwnBytesComparesAndHashesThem)
 {
     char const* const null = nullptr;
-    for (String const& empty : {String(), String(""), String(null), String(std::string_view()), String::format("%s", "")}) {
+    for (String const& empty :
+         {String(), String(""), String(null), String(std::string_view()), String::format("%s", "")}) {
         EXPECT_TRUE(empty.isEmpty() && !empty.hasBody() && *empty.buf() == '\0');
     }
     String name("$OCIO");
     String const keep = name;
     name = name.buf() + 1; // from its own text, leaving the copy's text alone
     String const cut("a\0b", 3);
-    EXPECT_TRUE(name == "OCIO" && keep == "$OCIO" && cut.view() == std::string_view("a\0b", 3) && cut.buf() == std::string("a"));
+    EXPECT_TRUE(name == "OCIO" && keep == "$OCIO" && cut.view() == std::string_view("a\0b", 3) &&
+                cut.buf() == std::string("a"));
     std::string const longText(10000, 'x');
     EXPECT_EQ(String::format("%03d|%s", 7, longText.c_str()).view(), "007|" + longText);
     // compareNoCase folds ASCII letters only and orders a prefix first; == is exact.
@@ -72,18 +75,21 @@ TEST(String, HoldsItsOwnBytesComparesAndHashesThem)
 TEST(String, TransformsGiveNewStringsOrShareAnUnchangedBody)
 {
     // text, trim(both), trim(start), trim(end), toLower, trimChars("$%", "%")
-    struct Case { char const *text, *both, *start, *end, *lower, *bare; };
-    for (Case const& c : {Case{" \t\vA b\f\r\n", "A b", "A b\f\r\n", " \t\vA b", " \t\va b\f\r\n", " \t\vA b\f\r\n"},
-                          Case{" \r\n\t\v\f ", "", "", "", " \r\n\t\v\f ", " \r\n\t\v\f "},
-                          Case{"%OCIO%\v", "%OCIO%", "%OCIO%\v", "%OCIO%", "%ocio%\v", "OCIO%\v"},
-                          Case{"$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "ocio"},
-                          Case{"@AZ[`z{\xC9", "@AZ[`z{\xC9", "@AZ[`z{\xC9", "@AZ[`z{\xC9", "@az[`z{\xC9", "@AZ[`z{\xC9"},
-                          Case{"%%", "%%", "%%", "%%", "%%", ""}, Case{"", "", "", "", "", ""}}) {
+    struct Case {
+        char const *text, *both, *start, *end, *lower, *bare;
+    };
+    for (Case const& c :
+         {Case{" \t\vA b\f\r\n", "A b", "A b\f\r\n", " \t\vA b", " \t\va b\f\r\n", " \t\vA b\f\r\n"},
+          Case{" \r\n\t\v\f ", "", "", "", " \r\n\t\v\f ", " \r\n\t\v\f "},
+          Case{"%OCIO%\v", "%OCIO%", "%OCIO%\v", "%OCIO%", "%ocio%\v", "OCIO%\v"},
+          Case{"$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "ocio"},
+          Case{"@AZ[`z{\xC9", "@AZ[`z{\xC9", "@AZ[`z{\xC9", "@AZ[`z{\xC9", "@az[`z{\xC9", "@AZ[`z{\xC9"},
+          Case{"%%", "%%", "%%", "%%", "%%", ""}, Case{"", "", "", "", "", ""}}) {
         String const text(c.text);
         std::pair<String, std::string_view> const results[] = {
-            {text.trim(true, true), c.both}, {text.trim(true, false), c.start}, {text.trim(false, true), c.end},
-            {text.toLower(true), c.lower},   {text.toLower(false), c.lower},
-            {text.trimChars(String("$%"), String("%")), c.bare}};
+            {text.trim(true, true), c.both}, {text.trim(true, false), c.start},
+            {text.trim(false, true), c.end}, {text.toLower(true), c.lower},
+            {text.toLower(false), c.lower},  {text.trimChars(String("$%"), String("%")), c.bare}};
         for (auto const& [result, expected] : results) {
             EXPECT_EQ(result.view(), expected) << '"' << c.text << '"';
             EXPECT_EQ(result.body() == text.body(), result.view() == c.text) << '"' << c.text << '"';
@@ -116,8 +122,7 @@ TEST(HashMap, SetFindCopyAndClear)
     String const key = source.bucket(53).data[0].key; // "display71"
     source.set(String::format("display%d", 71), StringVector{String("Film")}); // replaces the value only
     EXPECT_TRUE(source.size() == 1300 && refs(views) == 1300 && source.find(key)->size() == 1 &&
-                source.bucket(53).data[0].key.body() == key.body() &&
-                (*source.find(key))[0] == "Film");
+                source.bucket(53).data[0].key.body() == key.body() && (*source.find(key))[0] == "Film");
     {
         Map copy(source);
         EXPECT_EQ(refs(views), 1 + 2 * 1299); // one copy per node
@@ -127,21 +132,25 @@ TEST(HashMap, SetFindCopyAndClear)
     }
     EXPECT_TRUE(refs(views) == 1300 && views.size() == 2); // the source still holds the shared list under display7
     source.clear();
-    EXPECT_TRUE(source.size() == 0 && refs(views) == 1 && source.find(key) == nullptr && source.begin() == source.end());
+    EXPECT_TRUE(source.size() == 0 && refs(views) == 1 && source.find(key) == nullptr &&
+                source.begin() == source.end());
     source.set(key, views); // and the map fills again
     EXPECT_TRUE(source.size() == 1 && source.find(key) == &source.bucket(53).data[0].value);
 }
 
 TEST(Vector2d, AllocatePlacesUpTo32BitCountsOrStaysEmpty)
 {
-    struct Case { std::uint32_t width, height; bool placed; };
+    struct Case {
+        std::uint32_t width, height;
+        bool placed;
+    };
     for (Case const& c : {Case{3, 2, true}, Case{0, 5, true}, Case{65536, 65536, false}}) {
         orv::verra::Vector2d<orv::verra::Rgba8, true> pixels;
         orv::verra::Vector2d<orv::verra::Rgba8, true> moved;
         moved.allocate(1, 1);
         pixels.allocate(1, 1);
         pixels.allocate(c.width, c.height); // releases the first storage
-        moved = std::move(pixels);          // takes it over, releasing its own
+        moved = std::move(pixels); // takes it over, releasing its own
         EXPECT_TRUE((moved.data != nullptr) == c.placed && moved.width == (c.placed ? c.width : 0) &&
                     moved.height == (c.placed ? c.height : 0) && moved.count == moved.width * moved.height &&
                     pixels.empty() && pixels.count == 0) // NOLINT(bugprone-use-after-move)
@@ -152,7 +161,10 @@ TEST(Vector2d, AllocatePlacesUpTo32BitCountsOrStaysEmpty)
 TEST(Image, CreateGivesZeroedSharedPixelsOrAnInvalidImage)
 {
     using orv::verra_sdk::Image;
-    struct Case { int width, height; bool valid; };
+    struct Case {
+        int width, height;
+        bool valid;
+    };
     for (Case const& c : {Case{7, 3, true}, Case{0, 5, true}, Case{5, 0, true}, Case{-1, 4, false}, Case{4, -1, false},
                           Case{-1, 0, false}, Case{0, -1, false}, Case{65536, 65536, false}}) {
         Image const image = Image::create(c.width, c.height);

@@ -9,11 +9,11 @@
 #include <cstdio>
 #include <string>
 
-#define FUZZ_CHECK(condition, what)                                                                            \
-    do {                                                                                                       \
-        if (!(condition)) {                                                                                    \
-            std::fprintf(stderr, "%s:%d: property violated: %s\n  (%s)\n", __FILE__, __LINE__, what, #condition); \
-            std::fflush(stderr);                                                                               \
-            __builtin_trap();                                                                                  \
-        }                                                                                                      \
+#define FUZZ_CHECK(condition, what)                                                                                    \
+    do {                                                                                                               \
+        if (!(condition)) {                                                                                            \
+            std::fprintf(stderr, "%s:%d: property violated: %s\n  (%s)\n", __FILE__, __LINE__, what, #condition);      \
+            std::fflush(stderr);                                                                                       \
+            __builtin_trap();                                                                                          \
+        }                                                                                                              \
     } while (false)

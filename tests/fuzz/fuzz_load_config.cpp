@@ -44,13 +44,10 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
     namespace fs = std::filesystem;
-    static std::string const s_base =
-        fs::canonical(fs::temp_directory_path()).string() + "/verra-fuzz-";
+    static std::string const s_base = fs::canonical(fs::temp_directory_path()).string() + "/verra-fuzz-";
     static unsigned long s_count = 0;
-    std::string const path =
-        s_base + std::to_string(::getpid()) + (s_count++ % 2 == 0 ? "-a.ocio" : "-b.ocio");
-    std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<char const*>(data), std::streamsize(size));
+    std::string const path = s_base + std::to_string(::getpid()) + (s_count++ % 2 == 0 ? "-a.ocio" : "-b.ocio");
+    std::ofstream(path, std::ios::binary).write(reinterpret_cast<char const*>(data), std::streamsize(size));
     s_logged.clear();
     String const report = ColorConfig::loadOcioConfig(String(path.c_str()));
     std::remove(path.c_str());

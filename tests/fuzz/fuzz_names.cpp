@@ -31,7 +31,10 @@ using orv::String;
 using orv::verra_sdk::ColorConfig;
 using Color = orv::math::RgbaT<double>;
 
-bool sameBits(Color const& a, Color const& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+bool sameBits(Color const& a, Color const& b)
+{
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
 
 } // namespace
 

@@ -24,8 +24,8 @@ TEST_F(ConversionProblem, NamesTheFileOnlyForTheConversionsThatNeedIt)
         AllOf(StartsWith("The specified file reference 'gone.spi1d' could not be located."), Not(HasSubstr("\n")));
     auto const corrupt = AllOf(HasSubstr("corrupt.spi1d' could not be loaded"), HasSubstr("Malformed LUT line"));
     std::tuple<char const*, char const*, Matcher<std::string>> const cases[] = {
-        {"lin", "log", IsEmpty()},     {"log", "linear", IsEmpty()},  {"sRGB", "gone", IsEmpty()},
-        {"gone", "Rec709", IsEmpty()}, {"lin", "gone", missing},      {"gone", "log", missing},
+        {"lin", "log", IsEmpty()},     {"log", "linear", IsEmpty()}, {"sRGB", "gone", IsEmpty()},
+        {"gone", "Rec709", IsEmpty()}, {"lin", "gone", missing},     {"gone", "log", missing},
         {"linear", "bad", corrupt},    {"bad", "LINEAR", corrupt},
     };
     for (auto const& [from, to, problem] : cases) {

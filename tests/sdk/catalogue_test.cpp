@@ -7,7 +7,6 @@
 
 #include <OpenImageIO/imageio.h>
 
-
 #include <algorithm>
 #include <filesystem>
 
@@ -22,16 +21,19 @@ using Discovery = SdkTest;
 TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
 {
     for (char const* name : {"a", "b", "c"}) {
-        env.dir().write(std::string(name) + "/config.ocio",
-                        ocioConfig({std::string("from_") + name}));
+        env.dir().write(std::string(name) + "/config.ocio", ocioConfig({std::string("from_") + name}));
     }
     env.dir().write("home/b.ocio", readFile(env.dir().file("b/config.ocio")));
     stdfs::create_directory_symlink(env.dir().file("a"), env.dir().file("link"));
     std::string const dir = env.dir().path();
-    std::pair<char const*, std::string> const tokens[] = {
-        {"{A}", dir + "/a/config.ocio"}, {"{B}", dir + "/b/config.ocio"}, {"{C}", dir + "/c/config.ocio"},
-        {"{H}", dir + "/home/b.ocio"}, {"{M}", dir + "/nowhere/missing.ocio"},
-        {"{T}", env.ocioTxt()}, {"{D}", dir}, {"{V}", std::string(10000, 'V')}};
+    std::pair<char const*, std::string> const tokens[] = {{"{A}", dir + "/a/config.ocio"},
+                                                          {"{B}", dir + "/b/config.ocio"},
+                                                          {"{C}", dir + "/c/config.ocio"},
+                                                          {"{H}", dir + "/home/b.ocio"},
+                                                          {"{M}", dir + "/nowhere/missing.ocio"},
+                                                          {"{T}", env.ocioTxt()},
+                                                          {"{D}", dir},
+                                                          {"{V}", std::string(10000, 'V')}};
     auto const expand = [&](std::string text) {
         for (auto const& [token, value] : tokens) {
             text = OIIO::Strutil::replace(text, token, value, true);
@@ -193,7 +195,8 @@ TEST_F(Catalogue, ColorSpacesAndTheLookupOfATypedName)
     EXPECT_STREQ(colorConfig().getColorSpaceNameByIndex(2), "rgb");
     EXPECT_STREQ(colorConfig().getColorSpaceNameByIndex(3), "RGB");
     EXPECT_EQ(texts(ColorConfig::colorSpaces()), (Names{"linear", "sRGB", "Rec709"}));
-    std::pair<Names, Names> const cases[] = {// the config's names; what follows "linear", "sRGB", "Rec709"
+    std::pair<Names, Names> const cases[] = {
+        // the config's names; what follows "linear", "sRGB", "Rec709"
         {{"zeta", "alpha", "mid"}, {"zeta", "alpha", "mid"}},
         {{"LINEAR", "srgb", "REC709", "rec709x", "Srgb Texture"}, {"rec709x", "Srgb Texture"}},
         {{"lin", "default", "RGB"}, {"lin"}},
@@ -207,10 +210,21 @@ TEST_F(Catalogue, ColorSpacesAndTheLookupOfATypedName)
     }
 
     loadConfig(ocioConfig({"ACEScg", "\tpadded\r", "Utility - Raw", "Zeta@["}), "find.ocio");
-    std::pair<char const*, char const*> const typed[] = {
-        {"srgb", "sRGB"}, {" rec709", "Rec709"}, {"\tLINEAR \n", "linear"}, {"\v\fsrgb\r", "sRGB"},
-        {"acescg", "ACEScg"}, {"utility - raw ", "Utility - Raw"}, {"PADDED", "\tpadded\r"}, {"zETA@[", "Zeta@["},
-        {"zeta`[", ""}, {"zeta@{", ""}, {"nope", ""}, {"", ""}, {" \t ", ""}, {"lin ear", ""}, {"\x01sRGB", ""}};
+    std::pair<char const*, char const*> const typed[] = {{"srgb", "sRGB"},
+                                                         {" rec709", "Rec709"},
+                                                         {"\tLINEAR \n", "linear"},
+                                                         {"\v\fsrgb\r", "sRGB"},
+                                                         {"acescg", "ACEScg"},
+                                                         {"utility - raw ", "Utility - Raw"},
+                                                         {"PADDED", "\tpadded\r"},
+                                                         {"zETA@[", "Zeta@["},
+                                                         {"zeta`[", ""},
+                                                         {"zeta@{", ""},
+                                                         {"nope", ""},
+                                                         {"", ""},
+                                                         {" \t ", ""},
+                                                         {"lin ear", ""},
+                                                         {"\x01sRGB", ""}};
     for (auto const& [name, listed] : typed) {
         orv::String const argument(name);
         EXPECT_STREQ(ColorConfig::findColorSpace(argument).buf(), listed) << name;

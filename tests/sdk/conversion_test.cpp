@@ -70,9 +70,17 @@ TEST_F(OneColor, WhatCannotBeConvertedComesBackBitForBit)
                    kOddAlpha};
     // Equal names; no processor; sRGB and Rec709, which the curves do not
     // chain and OpenImageIO's built-in configuration cannot convert.
-    for (auto const& [from, to] : {std::pair<char const*, char const*>{"sRGB", "SRGB"}, {"linear", "LINEAR"},
-                                   {"", ""}, {"nope", "NOPE"}, {"lnf", "lnf"}, {"nope", "linear"}, {"linear", "nope"},
-                                   {"", "linear"}, {"linear", "\x01sRGB"}, {"srgb", "rec709"}, {"Rec709", "sRGB"}}) {
+    for (auto const& [from, to] : {std::pair<char const*, char const*>{"sRGB", "SRGB"},
+                                   {"linear", "LINEAR"},
+                                   {"", ""},
+                                   {"nope", "NOPE"},
+                                   {"lnf", "lnf"},
+                                   {"nope", "linear"},
+                                   {"linear", "nope"},
+                                   {"", "linear"},
+                                   {"linear", "\x01sRGB"},
+                                   {"srgb", "rec709"},
+                                   {"Rec709", "sRGB"}}) {
         EXPECT_EQ(bits(ColorConfig::transform(in, from, to)), bits(in)) << from << " -> " << to;
     }
     EXPECT_EQ(bits(ColorConfig::colorSpaceToLinear(in, "nope")), bits(in));
@@ -102,15 +110,25 @@ TEST_F(OneColor, OtherPairsGoThroughAProcessorOfTheConfiguration)
 TEST_F(OneColor, FileNameGivesItsColorSpace)
 {
     char const* const builtIn[][3] = {// name, guess with fallback, without
-        {"tex.png", "sRGB", ""}, {"dir/sub/t.pNG", "sRGB", ""}, {"a.JPG", "sRGB", ""},
-        {"a.tga", "sRGB", ""}, {"a.bmp", "sRGB", ""}, {"\x01.PNG", "sRGB", ""},
-        {"a.jpeg", "linear", ""}, {"a.tif", "linear", ""}, {"noextension", "linear", ""},
-        {"", "linear", ""}, {"dir.png/file", "linear", ""}, {"a.png.exr", "linear", ""},
-        {"plate_srgb_v1.exr", "sRGB", "sRGB"}, {"plate_Rec709.png", "Rec709", "Rec709"},
-        {"beauty_linear.png", "linear", "linear"}};
-    char const* const loaded[][3] = {
-        {"plate_srgb_tex.exr", "srgb_tex", "srgb_tex"}, {"shot_lin_v2.png", "lin", "lin"},
-        {"plate_sRGB.exr", "linear", ""}, {"plate.png", "sRGB", ""}};
+                                      {"tex.png", "sRGB", ""},
+                                      {"dir/sub/t.pNG", "sRGB", ""},
+                                      {"a.JPG", "sRGB", ""},
+                                      {"a.tga", "sRGB", ""},
+                                      {"a.bmp", "sRGB", ""},
+                                      {"\x01.PNG", "sRGB", ""},
+                                      {"a.jpeg", "linear", ""},
+                                      {"a.tif", "linear", ""},
+                                      {"noextension", "linear", ""},
+                                      {"", "linear", ""},
+                                      {"dir.png/file", "linear", ""},
+                                      {"a.png.exr", "linear", ""},
+                                      {"plate_srgb_v1.exr", "sRGB", "sRGB"},
+                                      {"plate_Rec709.png", "Rec709", "Rec709"},
+                                      {"beauty_linear.png", "linear", "linear"}};
+    char const* const loaded[][3] = {{"plate_srgb_tex.exr", "srgb_tex", "srgb_tex"},
+                                     {"shot_lin_v2.png", "lin", "lin"},
+                                     {"plate_sRGB.exr", "linear", ""},
+                                     {"plate.png", "sRGB", ""}};
     auto const check = [](char const* const* c) {
         EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], true).buf(), c[1]) << c[0];
         EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], false).buf(), c[2]) << c[0];
@@ -123,11 +141,10 @@ TEST_F(OneColor, FileNameGivesItsColorSpace)
 /// OpenImageIO's colorconvert of a copy of `pixels`, read back as the first
 /// `outChannels` channels of `out`.
 template <class T>
-Bytes reference(T const* pixels, int w, int h, std::string const& from, std::string const& to,
-                int outChannels, OIIO::TypeDesc out)
+Bytes reference(T const* pixels, int w, int h, std::string const& from, std::string const& to, int outChannels,
+                OIIO::TypeDesc out)
 {
-    OIIO::TypeDesc const in =
-        std::is_same_v<T, Rgba8> ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::FLOAT;
+    OIIO::TypeDesc const in = std::is_same_v<T, Rgba8> ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::FLOAT;
     OIIO::ImageSpec const spec(w, h, std::is_same_v<T, float3> ? 3 : 4, in);
     OIIO::ImageBuf const source(spec, const_cast<T*>(pixels));
     OIIO::ColorProcessorHandle const processor = colorConfig().createColorProcessor(from, to, "", "");
@@ -161,7 +178,7 @@ void expectLikeColorconvert(std::string const& from, std::string const& to)
         Image const sameImage = image; // NOLINT(performance-unnecessary-copy-initialization): a second handle
         Bytes const want =
             reference(image.rgba8(), 128, height, from, to.empty() ? "sRGB" : to, 4, OIIO::TypeDesc::UINT8);
-        EXPECT_TRUE(to == "linear"   ? ColorConfig::colorSpaceToLinear(image, from.c_str())
+        EXPECT_TRUE(to == "linear"     ? ColorConfig::colorSpaceToLinear(image, from.c_str())
                     : from == "linear" ? ColorConfig::linearToColorSpace(image, to.c_str())
                                        : ColorConfig::transform(image, from.c_str(), to.c_str()));
         EXPECT_EQ(bytesOf(sameImage.rgba8(), 128u * static_cast<unsigned>(height)), want)
@@ -187,9 +204,13 @@ using Images = SdkTest;
 
 TEST_F(Images, ConversionsGiveColorconvertsBytes)
 {
-    for (auto const& [from, to] : {std::pair<char const*, char const*>{"linear", "sRGB"}, {"sRGB", "linear"},
-                                   {"linear", "Rec709"}, {"Rec709", "linear"}, {"lnf", "sRGB"},
-                                   {"sRGB", "srgb"}, {"linear", ""}}) {
+    for (auto const& [from, to] : {std::pair<char const*, char const*>{"linear", "sRGB"},
+                                   {"sRGB", "linear"},
+                                   {"linear", "Rec709"},
+                                   {"Rec709", "linear"},
+                                   {"lnf", "sRGB"},
+                                   {"sRGB", "srgb"},
+                                   {"linear", ""}}) {
         expectLikeColorconvert(from, to);
     }
     // Channel crosstalk (no tables possible), curves and scales per channel.
@@ -202,16 +223,16 @@ TEST_F(Images, ConversionsGiveColorconvertsBytes)
     loadConfig(ocioConfig({"lin", "curve"}, {"curve"}) + matrices, "mix.ocio");
     expectEveryPairLikeColorconvert();
     // Tables only where each output byte depends on its own input byte alone.
-    for (auto const& [from, to, tables] : {std::tuple{"lin", "curve", true}, {"curve", "scaled", true},
-                                           {"linear", "sRGB", true}, {"lin", "mixed", false}}) {
+    for (auto const& [from, to, tables] : {std::tuple{"lin", "curve", true},
+                                           {"curve", "scaled", true},
+                                           {"linear", "sRGB", true},
+                                           {"lin", "mixed", false}}) {
         detail::Rgba8Lookup lookup;
-        EXPECT_EQ(lookup.build(*colorConfig().createColorProcessor(from, to, "", "")), tables)
-            << from << " -> " << to;
+        EXPECT_EQ(lookup.build(*colorConfig().createColorProcessor(from, to, "", "")), tables) << from << " -> " << to;
     }
     // A real config of LUT files, when the shared folder is there.
     char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
-    std::string const real =
-        std::string(root != nullptr ? root : "") + "/imageworks-nuke-default/config.ocio";
+    std::string const real = std::string(root != nullptr ? root : "") + "/imageworks-nuke-default/config.ocio";
     if (root != nullptr && std::filesystem::is_regular_file(real)) {
         std::string const file = std::filesystem::canonical(real).string();
         ASSERT_EQ(load(file), "Using specified OCIO config: " + file);
@@ -228,10 +249,14 @@ TEST_F(Images, FailuresAndShortcutsLeaveThePixelsAlone)
     std::fill(image.rgba8(), image.rgba8() + 256, Rgba8{200, 100, 50, 25});
     Bytes const before = bytesOf(image.rgba8(), 256);
     char const* const cases[][3] = {// equal names after the "sRGB" default need no conversion
-        {"", "", ""}, {"", "sRGB", ""}, {"sRGB", "", ""}, {"linear", "linear", ""}, {"nope", "nope", ""},
-        {"linear", "\x01sRGB", "Cannot convert from 'linear' to '\x01sRGB'."},
-        {"", "nope", "Cannot convert from 'sRGB' to 'nope'."},
-        {"sRGB", "Rec709", "Cannot convert from 'sRGB' to 'Rec709'."}};
+                                    {"", "", ""},
+                                    {"", "sRGB", ""},
+                                    {"sRGB", "", ""},
+                                    {"linear", "linear", ""},
+                                    {"nope", "nope", ""},
+                                    {"linear", "\x01sRGB", "Cannot convert from 'linear' to '\x01sRGB'."},
+                                    {"", "nope", "Cannot convert from 'sRGB' to 'nope'."},
+                                    {"sRGB", "Rec709", "Cannot convert from 'sRGB' to 'Rec709'."}};
     for (auto const& c : cases) {
         log.clear();
         orv::String const from(c[0]);
@@ -308,10 +333,8 @@ TEST_F(Buffers, ConversionsOutOfLinearGiveColorconvertsValues)
         Bytes const want8 = reference(values.data, 13, 7, "linear", to, 3, OIIO::TypeDesc::UINT8);
         Bytes const want3 = reference(values.data, 13, 7, "linear", to, 3, OIIO::TypeDesc::FLOAT);
         Bytes const want4 = reference(rgba.data, 13, 7, "linear", to, 4, OIIO::TypeDesc::FLOAT);
-        EXPECT_TRUE(colorConfigGenerateRgba8(source, rgba8, name) &&
-                    colorConfigGenerateRgba8(source, placed, name) &&
-                    colorConfigTransformRgb(source, rgb, name) &&
-                    colorConfigTransformRgb(rgba, name))
+        EXPECT_TRUE(colorConfigGenerateRgba8(source, rgba8, name) && colorConfigGenerateRgba8(source, placed, name) &&
+                    colorConfigTransformRgb(source, rgb, name) && colorConfigTransformRgb(rgba, name))
             << name;
         EXPECT_TRUE(rgba8.width == 13 && rgba8.height == 7 && placed.data == storage);
         EXPECT_EQ(bytesOf(rgba8.data, 91), withOpaqueAlpha(want8)) << name;
@@ -340,15 +363,13 @@ TEST_F(Buffers, FailuresChangeNoColour)
     Vector2d<float3, true> source = makeBuffer<float3>(13, 7);
     Bytes const sourceBytes = bytesOf(source.data, source.count);
     using Size = std::pair<std::uint32_t, std::uint32_t>;
-    for (auto const& [w, h] :
-         {Size{5, 5}, Size{13, 8}, Size{14, 7}, Size{7, 13}, Size{0, 7}, Size{13, 0}}) {
+    for (auto const& [w, h] : {Size{5, 5}, Size{13, 8}, Size{14, 7}, Size{7, 13}, Size{0, 7}, Size{13, 0}}) {
         Vector2d<Rgba8, true> rgba8;
         rgba8.allocate(w, h);
         Rgba8* const storage = rgba8.data;
         Vector2d<float3, true> rgb = makeBuffer<float3>(w, h);
         Vector2d<float4, true> rgba = makeBuffer<float4>(w, h);
-        EXPECT_FALSE(colorConfigGenerateRgba8(source, rgba8, "sRGB") ||
-                     colorConfigTransformRgb(source, rgb, "sRGB") ||
+        EXPECT_FALSE(colorConfigGenerateRgba8(source, rgba8, "sRGB") || colorConfigTransformRgb(source, rgb, "sRGB") ||
                      colorConfigTransformRgb(rgb, source, "sRGB"));
         EXPECT_EQ(colorConfigTransformRgb(rgba, "sRGB"), w * h != 0);
         EXPECT_TRUE(rgba8.data == storage && rgba8.width == w && rgba8.height == h);
@@ -361,15 +382,14 @@ TEST_F(Buffers, FailuresChangeNoColour)
     std::fill(rgba8.data, rgba8.data + rgba8.count, Rgba8{9, 9, 9, 4});
     Vector2d<float3, true> rgb = makeBuffer<float3>(13, 7);
     Vector2d<float4, true> rgba = makeBuffer<float4>(13, 7);
-    EXPECT_FALSE(colorConfigGenerateRgba8(source, rgba8, "nope") ||
-                 colorConfigTransformRgb(source, rgb, "Rec 709") ||
+    EXPECT_FALSE(colorConfigGenerateRgba8(source, rgba8, "nope") || colorConfigTransformRgb(source, rgb, "Rec 709") ||
                  colorConfigTransformRgb(rgba, "lin"));
     EXPECT_EQ(bytesOf(rgba8.data, 91), withOpaqueAlpha(Bytes(13 * 7 * 3, 9)));
     EXPECT_EQ(bytesOf(rgb.data, rgb.count), sourceBytes);
     EXPECT_EQ(bytesOf(rgba.data, rgba.count), bytesOf(makeBuffer<float4>(13, 7).data, 91));
-    EXPECT_EQ(log.lines(), (Lines{"Cannot convert from 'linear' to 'nope'.",
-                                  "Cannot convert from 'linear' to 'Rec 709'.",
-                                  "Cannot convert from 'linear' to 'lin'."}));
+    EXPECT_EQ(log.lines(),
+              (Lines{"Cannot convert from 'linear' to 'nope'.", "Cannot convert from 'linear' to 'Rec 709'.",
+                     "Cannot convert from 'linear' to 'lin'."}));
 }
 
 } // namespace

@@ -48,8 +48,7 @@ TEST(FirstUse, ConfigurationIsObtainedOnlyWhenNeededAndLoggingSilencedOnce)
 TEST(FirstUse, OcioVariableGivesTheStartingConfigAndTheFileRules)
 {
     ModuleEnv const env;
-    env.ocio().set(
-        env.dir().write("rules.ocio", ocioConfig({"lin", "srgb_tex", "raw"}, {}, R"(file_rules:
+    env.ocio().set(env.dir().write("rules.ocio", ocioConfig({"lin", "srgb_tex", "raw"}, {}, R"(file_rules:
   - !<Rule> {name: pngs, extension: png, pattern: "*", colorspace: srgb_tex}
   - !<Rule> {name: plates, pattern: "*plate*", extension: "*", colorspace: raw}
   - !<Rule> {name: Default, colorspace: default}
@@ -64,17 +63,21 @@ displays: {Monitor: [!<View> {name: Film, colorspace: lin}, !<View> {name: Raw, 
     // The rules in order (extension rules ignore case), then, when only the
     // Default rule answers ("default"), the name search and the extension.
     char const* const cases[][3] = {// name, guess with fallback, without
-        {"tex.png", "srgb_tex", "srgb_tex"}, {"dir/t.PNG", "srgb_tex", "srgb_tex"},
-        {"plate.png", "srgb_tex", "srgb_tex"}, {"shot_plate_v1.exr", "raw", "raw"},
-        {"a/plate/b.jpg", "raw", "raw"}, {"beauty.exr", "linear", ""}, {"beauty.jpg", "sRGB", ""},
-        {"beauty_srgb_tex.exr", "srgb_tex", "srgb_tex"}, {"", "linear", ""}};
+                                    {"tex.png", "srgb_tex", "srgb_tex"},
+                                    {"dir/t.PNG", "srgb_tex", "srgb_tex"},
+                                    {"plate.png", "srgb_tex", "srgb_tex"},
+                                    {"shot_plate_v1.exr", "raw", "raw"},
+                                    {"a/plate/b.jpg", "raw", "raw"},
+                                    {"beauty.exr", "linear", ""},
+                                    {"beauty.jpg", "sRGB", ""},
+                                    {"beauty_srgb_tex.exr", "srgb_tex", "srgb_tex"},
+                                    {"", "linear", ""}};
     for (auto const& c : cases) {
         EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], true).buf(), c[1]) << c[0];
         EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], false).buf(), c[2]) << c[0];
     }
     // The rules stay OpenColorIO's; the name search follows the reset.
-    ColorConfig::loadOcioConfig(
-        env.dir().write("other.ocio", ocioConfig({"alpha", "beta"})).c_str());
+    ColorConfig::loadOcioConfig(env.dir().write("other.ocio", ocioConfig({"alpha", "beta"})).c_str());
     EXPECT_STREQ(ColorConfig::parseColorSpace("tex.png", false).buf(), "srgb_tex");
     EXPECT_STREQ(ColorConfig::parseColorSpace("shot_beta.exr", false).buf(), "beta");
     EXPECT_STREQ(ColorConfig::parseColorSpace("shot_srgb_tex.exr", false).buf(), "");

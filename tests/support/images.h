@@ -75,8 +75,7 @@ inline std::vector<std::string> entriesOf(std::string const& folder)
 
 /// Subimage `subimage` of the file at `path`, read whole as `type`, alpha not
 /// multiplied in.
-inline OIIO::ImageBuf readImage(std::string const& path, int subimage = 0,
-                                OIIO::TypeDesc type = OIIO::TypeDesc::FLOAT)
+inline OIIO::ImageBuf readImage(std::string const& path, int subimage = 0, OIIO::TypeDesc type = OIIO::TypeDesc::FLOAT)
 {
     OIIO::ImageSpec config;
     config.attribute("oiio:UnassociatedAlpha", 1);

@@ -46,15 +46,13 @@ private:
 /// but for those also in `srgb`, which decode the sRGB curve. `extra` holds
 /// other top-level sections; unless it has roles or a space is itself named
 /// "default", the first space is the default role.
-inline std::string ocioConfig(Names const& spaces, Names const& srgb = {},
-                              std::string const& extra = "")
+inline std::string ocioConfig(Names const& spaces, Names const& srgb = {}, std::string const& extra = "")
 {
     namespace Strutil = OIIO::Strutil;
     auto const quote = [](std::string const& s) { return "\"" + Strutil::escape_chars(s) + "\""; };
     auto const isDefault = [](std::string const& s) { return Strutil::iequals(s, "default"); };
     std::string yaml = "ocio_profile_version: 2.1\n" + extra;
-    if (extra.find("roles:") == std::string::npos &&
-        std::none_of(spaces.begin(), spaces.end(), isDefault)) {
+    if (extra.find("roles:") == std::string::npos && std::none_of(spaces.begin(), spaces.end(), isDefault)) {
         yaml += "roles: {default: " + quote(spaces.front()) + "}\n";
     }
     yaml += "colorspaces:\n";

@@ -11,8 +11,8 @@ std::string failure(kit::FileJob const& job, kit::JobResult const& result, bool 
 {
     switch (result.failure) {
     case kit::JobFailure::ReplacesInput:
-        return "'" + job.output + "' would replace " + (oneInput ? "its own input" : "the input '" + result.message + "'") +
-               "; choose another output";
+        return "'" + job.output + "' would replace " +
+               (oneInput ? "its own input" : "the input '" + result.message + "'") + "; choose another output";
     case kit::JobFailure::WrittenBefore:
         return "'" + job.output + "' was already written by an earlier input; '" + job.input + "' is skipped";
     case kit::JobFailure::Read:

@@ -49,10 +49,19 @@ public:
     /// 0 when both texts are equal apart from ASCII letter case; otherwise
     /// negative or positive as in a case-folded byte comparison.
     int compareNoCase(String const& other) const noexcept;
-    bool operator==(String const& other) const noexcept { return view() == other.view(); }
-    bool operator!=(String const& other) const noexcept { return !(*this == other); }
+    bool operator==(String const& other) const noexcept
+    {
+        return view() == other.view();
+    }
+    bool operator!=(String const& other) const noexcept
+    {
+        return !(*this == other);
+    }
     bool operator==(char const* other) const noexcept;
-    bool operator!=(char const* other) const noexcept { return !(*this == other); }
+    bool operator!=(char const* other) const noexcept
+    {
+        return !(*this == other);
+    }
 
     /// A copy with ASCII letters in lower case (`ascii` true) or, with
     /// `ascii` false, also the letters of the C locale's `tolower`; the same
@@ -73,7 +82,8 @@ private:
     friend class Path;
     struct AdoptBody {};
     /// Takes over one reference to `body` (null: the empty text).
-    String(AdoptBody, IRefCounted* body) noexcept : RefersTo(body) {}
+    String(AdoptBody, IRefCounted* body) noexcept : RefersTo(body)
+    {}
     static String fromBytes(char const* data, std::size_t size);
 };
 

@@ -52,8 +52,12 @@ Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
             console::error("{}", message);
             return ExitCode::Failure;
         }
-        kit::FileJob const job{options->files[0], options->files[1], kit::Precision::Float, false,
-                               kit::displayViewOperation(chosen), options->unassociatedAlpha};
+        kit::FileJob const job{options->files[0],
+                               options->files[1],
+                               kit::Precision::Float,
+                               false,
+                               kit::displayViewOperation(chosen),
+                               options->unassociatedAlpha};
         std::string const looks = chosen.looks.empty() ? "" : ", looks " + chosen.looks;
         return runJobs({job}, " (" + chosen.display + " / " + chosen.view + looks + ")", true);
     };

@@ -149,10 +149,7 @@ public:
 
     /// The value stored under `key`'s hash, or null.
     V* find(K const& key) noexcept { return findHash(key.hash()); }
-    V const* find(K const& key) const noexcept
-    {
-        return const_cast<HashMap*>(this)->findHash(key.hash());
-    }
+    V const* find(K const& key) const noexcept { return const_cast<HashMap*>(this)->findHash(key.hash()); }
 
     /// Stores `value` under `key` (replacing the value of a node with the
     /// same hash, whose key stays) and returns the stored value, valid until
@@ -193,18 +190,12 @@ public:
             settle();
             return *this;
         }
-        bool operator==(const_iterator const& o) const noexcept
-        {
-            return m_bucket == o.m_bucket && m_node == o.m_node;
-        }
+        bool operator==(const_iterator const& o) const noexcept { return m_bucket == o.m_bucket && m_node == o.m_node; }
         bool operator!=(const_iterator const& o) const noexcept { return !(*this == o); }
 
     private:
         friend class HashMap;
-        const_iterator(HashMap const* map, std::size_t bucket) noexcept : m_map(map), m_bucket(bucket)
-        {
-            settle();
-        }
+        const_iterator(HashMap const* map, std::size_t bucket) noexcept : m_map(map), m_bucket(bucket) { settle(); }
         void settle() noexcept
         {
             while (m_bucket < kBucketCount && m_node >= m_map->m_buckets[m_bucket].size) {

@@ -32,8 +32,7 @@ struct float4 {
 };
 
 static_assert(sizeof(Rgba8) == 4 && alignof(Rgba8) == 1);
-static_assert(offsetof(Rgba8, r) == 0 && offsetof(Rgba8, g) == 1 && offsetof(Rgba8, b) == 2 &&
-              offsetof(Rgba8, a) == 3);
+static_assert(offsetof(Rgba8, r) == 0 && offsetof(Rgba8, g) == 1 && offsetof(Rgba8, b) == 2 && offsetof(Rgba8, a) == 3);
 static_assert(sizeof(float) == 4);
 static_assert(sizeof(float3) == 12);
 static_assert(offsetof(float3, r) == 0 && offsetof(float3, g) == 4 && offsetof(float3, b) == 8);

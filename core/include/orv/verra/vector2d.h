@@ -93,10 +93,7 @@ struct Vector2d<T, false> {
     std::uint32_t count = 0;
 
     Vector2d() noexcept = default;
-    Vector2d(T* pixels, std::uint32_t w, std::uint32_t h) noexcept
-        : data(pixels), width(w), height(h), count(w * h)
-    {
-    }
+    Vector2d(T* pixels, std::uint32_t w, std::uint32_t h) noexcept : data(pixels), width(w), height(h), count(w * h) {}
 
     bool empty() const noexcept { return data == nullptr; }
     T& operator()(std::uint32_t x, std::uint32_t y) const noexcept { return data[y * width + x]; }

@@ -17,5 +17,4 @@ namespace orv::verra_sdk::kit {
 std::vector<std::string> closestNames(std::string_view query, std::vector<std::string> const& candidates,
                                       std::size_t limit);
 
-
 } // namespace orv::verra_sdk::kit

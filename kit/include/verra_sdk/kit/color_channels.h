@@ -55,7 +55,6 @@ bool colorChannelsOf(ImageLevel& level, OIIO::ImageBuf& rgb, std::string& error)
 
 /// Converts the packed FLOAT RGB or RGBA `pixels` in place from `from` to
 /// `to`, as `convertLevel` converts FLOAT pixels whose colour is straight.
-bool convertPackedFloats(OIIO::ImageBuf& pixels, orv::String const& from, orv::String const& to,
-                         std::string& error);
+bool convertPackedFloats(OIIO::ImageBuf& pixels, orv::String const& from, orv::String const& to, std::string& error);
 
 } // namespace orv::verra_sdk::kit
