@@ -37,7 +37,7 @@ bool readLevel(OIIO::ImageInput& input, int subimage, int miplevel, ReadOptions 
     level.miplevel = miplevel;
     level.fileSpec = spec;
     // Under the hint, readers that keep unassociated values say so in the
-    // spec; without that mark, OpenImageIO's values are associated.
+    // ImageSpec; without that mark, OpenImageIO's values are associated.
     level.associatedAlpha =
         spec.alpha_channel >= 0 && spec.get_int_attribute(kUnassociatedAlpha, 0) == 0 && !options.alphaUnassociated;
     bool const bytes = options.precision == Precision::KeepBytes && isEightBit(spec) && !level.associatedAlpha;

@@ -150,7 +150,7 @@ constexpr char const* kUnassociatedAlpha = "oiio:UnassociatedAlpha";
 /// True when `level` goes to a file of the format `format` with colour values
 /// not multiplied by alpha. PNG and Targa files hold them so (their writers
 /// divide associated values by alpha themselves, in integers, unless the
-/// spec is marked); HEIF files are written as given and read back as
+/// ImageSpec is marked); HEIF files are written as given and read back as
 /// unassociated; TIFF files hold either form, marked; every other format
 /// holds the values as given, and OpenImageIO reads them as associated.
 bool writesUnassociated(std::string const& format, ImageLevel const& level)
