@@ -9,6 +9,8 @@
 
 #include <OpenImageIO/strutil.h>
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>

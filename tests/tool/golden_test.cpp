@@ -2,12 +2,9 @@
 
 #include "tool_test.h"
 
-#include <nlohmann/json.hpp>
-
 namespace verra_test {
 namespace {
 
-using Json = nlohmann::json;
 using ToolGolden = ToolTest;
 
 /// The sample configuration's file rules.
@@ -104,21 +101,6 @@ Verdict: OK
         std::transform(words.begin() + 1, words.end(), std::back_inserter(line), [this](auto& w) { return inDir(w); });
         EXPECT_EQ(run(line), Outcome(std::get<0>(outcome), inDir(std::get<1>(outcome)), inDir(std::get<2>(outcome))));
     }
-}
-
-TEST_F(ToolGolden, FindAndGuessTellHowAndWhichStepInJson)
-{
-    std::string const config = sampleConfig(kRules);
-    EXPECT_EQ(Json::parse(std::get<1>(run({"find", "--json", "--config", config, "linear_rec709", "srgb_texure"}))),
-              Json::parse(R"({"errors": [], "results": [
-                  {"name": "linear_rec709", "colorSpace": "lin", "how": "alias", "via": "linear_rec709", "closest": []},
-                  {"name": "srgb_texure", "colorSpace": null, "how": "unknown", "via": "",
-                   "closest": ["srgb_tex", "sRGB"]}]})"));
-    EXPECT_EQ(
-        Json::parse(std::get<1>(run({"guess", "--json", "--no-fallback", "--config", config, "a_plate.exr", "x.exr"}))),
-        Json::parse(R"({"errors": [], "results": [
-                  {"file": "a_plate.exr", "colorSpace": "srgb_tex", "step": "file rule", "rule": "plates"},
-                  {"file": "x.exr", "colorSpace": null, "step": "none", "rule": "Default"}]})"));
 }
 
 } // namespace
