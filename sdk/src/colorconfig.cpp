@@ -5,6 +5,7 @@
 #include <verra_sdk/colorconfig.h>
 #include <verra_sdk/config_source.h>
 
+#include "buffer_routes.h"
 #include "rgba8_lookup.h"
 #include "transfer_curves.h"
 
@@ -588,7 +589,7 @@ OIIO::ImageBuf wrap(void const* pixels, std::uint32_t width, std::uint32_t heigh
 
 /// The conversion pattern of images and buffers: the processor from `from`
 /// to `to` of the shared configuration, or one error line and false when
-/// there is none; `run(processor)` converts and gives the result; then the
+/// there is none; `run(handle)` converts and gives the result; then the
 /// destination's pending error text, if any, is logged without changing it.
 template <class Run>
 bool convert(OIIO::ImageBuf& destination, String const& from, String const& to, Run run)
@@ -600,7 +601,7 @@ bool convert(OIIO::ImageBuf& destination, String const& from, String const& to, 
         if (!processor) {
             logError("Cannot convert from '%s' to '%s'.", from.buf(), to.buf());
         } else {
-            result = run(*processor);
+            result = run(processor);
         }
     }
     std::string const error = destination.geterror(true);
@@ -613,8 +614,8 @@ bool convert(OIIO::ImageBuf& destination, String const& from, String const& to, 
 /// colorconvert from `source` into `destination` over `roi`.
 auto colorconvertOver(OIIO::ImageBuf& destination, OIIO::ImageBuf const& source, OIIO::ROI roi)
 {
-    return [&destination, &source, roi](OIIO::ColorProcessor const& processor) {
-        return OIIO::ImageBufAlgo::colorconvert(destination, source, &processor, false, roi, 0);
+    return [&destination, &source, roi](OIIO::ColorProcessorHandle const& processor) {
+        return OIIO::ImageBufAlgo::colorconvert(destination, source, processor.get(), false, roi, 0);
     };
 }
 
@@ -638,7 +639,7 @@ bool transformRgba8(Image image, String from, String to)
     std::size_t const width = static_cast<std::size_t>(image.width() > 0 ? image.width() : 0);
     std::size_t const height = static_cast<std::size_t>(image.height() > 0 ? image.height() : 0);
     std::size_t const count = width * height;
-    return convert(buffer, from, to, [&](OIIO::ColorProcessor const& processor) {
+    return convert(buffer, from, to, [&](OIIO::ColorProcessorHandle const& processor) {
         // OpenImageIO 2.4.7's colorconvert dies on an image of width 0 and
         // non-zero height. Without pixels there is nothing to convert, and
         // the result is what colorconvert gives for a height of 0: true.
@@ -648,13 +649,17 @@ bool transformRgba8(Image image, String from, String to)
         // Where the conversion is a table per channel, the tables (taken from
         // colorconvert itself) give its bytes several times faster.
         detail::Rgba8Lookup lookup;
-        if (count >= detail::Rgba8Lookup::kMinPixels && lookup.build(processor)) {
+        if (count >= detail::Rgba8Lookup::kMinPixels && lookup.build(*processor)) {
             lookup.apply(image.rgba8(), count);
             return true;
         }
         return colorconvertOver(buffer, buffer, OIIO::ROI())(processor);
     });
 }
+
+/// Float buffers smaller than this take colorconvert: checking the direct
+/// route of a new processor costs about as much as converting them.
+constexpr std::size_t kMinDirectPixels = 16384;
 
 template <class T>
 bool sameSize(verra::Vector2d<T, true> const& a, std::uint32_t width, std::uint32_t height)
@@ -693,17 +698,26 @@ bool colorConfigGenerateRgba8(verra::Vector2d<verra::float3, true> const& source
         to = "sRGB";
     }
     bool result = false;
+    bool alphaSet = false;
     {
-        OIIO::ImageBuf const src = wrap(source.data, source.width, source.height, 3, OIIO::TypeDesc::FLOAT);
         OIIO::ImageBuf dst = wrap(destination.data, source.width, source.height, 4, OIIO::TypeDesc::UINT8);
-        // Only the three colour channels: over all four, OpenImageIO would
-        // read a fourth float per pixel from the three-channel source, past
-        // the end of the caller's buffer at the last pixel. Alpha is set below.
-        OIIO::ROI const colour(0, static_cast<int>(source.width), 0, static_cast<int>(source.height), 0, 1, 0, 3);
-        result = convert(dst, String("linear", 0), to, colorconvertOver(dst, src, colour));
+        result = convert(dst, String("linear", 0), to, [&](OIIO::ColorProcessorHandle const& processor) {
+            // Large buffers go through the tables when the processor has them:
+            // the direct route's bytes, with alpha set.
+            std::size_t const count = std::size_t{source.width} * source.height;
+            detail::FloatRgba8Lookup const* lookup =
+                count >= detail::FloatRgba8Lookup::kMinPixels ? detail::floatRgba8Lookup(processor) : nullptr;
+            if (lookup != nullptr) {
+                lookup->apply(source.data, destination.data, count);
+                return alphaSet = true;
+            }
+            OIIO::ImageBuf const src = wrap(source.data, source.width, source.height, 3, OIIO::TypeDesc::FLOAT);
+            OIIO::ROI const colour(0, static_cast<int>(source.width), 0, static_cast<int>(source.height), 0, 1, 0, 3);
+            return colorconvertOver(dst, src, colour)(processor);
+        });
     }
     verra::Rgba8* pixels = destination.data;
-    for (std::uint32_t y = 0; y < destination.height; ++y) {
+    for (std::uint32_t y = 0; y < destination.height && !alphaSet; ++y) {
         for (std::uint32_t x = 0; x < destination.width; ++x) {
             pixels[y * destination.width + x].a = 255;
         }
@@ -723,7 +737,16 @@ bool colorConfigTransformRgb(verra::Vector2d<verra::float3, true> const& source,
     }
     OIIO::ImageBuf const src = wrap(source.data, source.width, source.height, 3, OIIO::TypeDesc::FLOAT);
     OIIO::ImageBuf dst = wrap(destination.data, source.width, source.height, 3, OIIO::TypeDesc::FLOAT);
-    return convert(dst, String("linear", 0), to, colorconvertOver(dst, src, OIIO::ROI::All()));
+    return convert(dst, String("linear", 0), to, [&](OIIO::ColorProcessorHandle const& processor) {
+        // Large buffers take the processor directly, with no widening to four
+        // channels, where that gives colorconvert's bits.
+        if (std::size_t{source.width} * source.height >= kMinDirectPixels &&
+            detail::appliesLikeColorconvert(processor, 3)) {
+            detail::applyInPlace(*processor, &source.data->r, &destination.data->r, source.width, source.height, 3);
+            return true;
+        }
+        return colorconvertOver(dst, src, OIIO::ROI::All())(processor);
+    });
 }
 
 bool colorConfigTransformRgb(verra::Vector2d<verra::float4, true>& pixels, String to)
@@ -735,7 +758,14 @@ bool colorConfigTransformRgb(verra::Vector2d<verra::float4, true>& pixels, Strin
         to = "sRGB";
     }
     OIIO::ImageBuf buffer = wrap(pixels.data, pixels.width, pixels.height, 4, OIIO::TypeDesc::FLOAT);
-    return convert(buffer, String("linear", 0), to, colorconvertOver(buffer, buffer, OIIO::ROI::All()));
+    return convert(buffer, String("linear", 0), to, [&](OIIO::ColorProcessorHandle const& processor) {
+        if (std::size_t{pixels.width} * pixels.height >= kMinDirectPixels &&
+            detail::appliesLikeColorconvert(processor, 4)) {
+            detail::applyInPlace(*processor, nullptr, &pixels.data->r, pixels.width, pixels.height, 4);
+            return true;
+        }
+        return colorconvertOver(buffer, buffer, OIIO::ROI::All())(processor);
+    });
 }
 
 } // namespace orv::verra_sdk

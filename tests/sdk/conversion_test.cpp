@@ -3,6 +3,7 @@
 // and float buffers out of "linear", whose bytes are those of OpenImageIO's
 // own colorconvert; failures with their message.
 
+#include "buffer_routes.h"
 #include "rgba8_lookup.h"
 #include "support/module_env.h"
 
@@ -11,6 +12,7 @@
 #include <cmath>
 #include <filesystem>
 #include <limits>
+#include <optional>
 #include <type_traits>
 
 using namespace orv::verra_sdk;
@@ -126,20 +128,24 @@ TEST_F(OneColor, FileNameGivesItsColorSpace)
     std::for_each(std::begin(loaded), std::end(loaded), check);
 }
 
-/// OpenImageIO's colorconvert of a copy of `pixels`, read back as the first
-/// `outChannels` channels of `out`.
+/// OpenImageIO's colorconvert of `pixels` into a new image of `out` (its own
+/// conversion from float), whose first `outChannels` channels are converted
+/// and read back. Float RGB into bytes goes into four channels, as the
+/// module's buffers do.
 template <class T>
 Bytes reference(T const* pixels, int w, int h, std::string const& from, std::string const& to, int outChannels,
                 OIIO::TypeDesc out)
 {
     OIIO::TypeDesc const in = std::is_same_v<T, Rgba8> ? OIIO::TypeDesc::UINT8 : OIIO::TypeDesc::FLOAT;
-    OIIO::ImageSpec const spec(w, h, std::is_same_v<T, float3> ? 3 : 4, in);
-    OIIO::ImageBuf const source(spec, const_cast<T*>(pixels));
+    OIIO::ImageBuf const source(OIIO::ImageSpec(w, h, std::is_same_v<T, float3> ? 3 : 4, in), const_cast<T*>(pixels));
     OIIO::ColorProcessorHandle const processor = colorConfig().createColorProcessor(from, to, "", "");
     EXPECT_TRUE(processor) << from << " -> " << to;
-    OIIO::ImageBuf const converted = OIIO::ImageBufAlgo::colorconvert(source, processor.get(), false);
+    bool const rgba8 = std::is_same_v<T, float3> && out == OIIO::TypeDesc::UINT8;
+    OIIO::ImageBuf converted(OIIO::ImageSpec(w, h, rgba8 ? 4 : outChannels, out));
+    OIIO::ROI const roi(0, w, 0, h, 0, 1, 0, outChannels);
+    EXPECT_TRUE(OIIO::ImageBufAlgo::colorconvert(converted, source, processor.get(), false, roi));
     Bytes bytes(static_cast<std::size_t>(w * h * outChannels) * out.size());
-    EXPECT_TRUE(converted.get_pixels(OIIO::ROI(0, w, 0, h, 0, 1, 0, outChannels), out, bytes.data()));
+    EXPECT_TRUE(converted.get_pixels(roi, out, bytes.data()));
     return bytes;
 }
 
@@ -312,6 +318,105 @@ TEST_F(Buffers, ConversionsOutOfLinearGiveColorconvertsValues)
     loadConfig(ocioConfig({"linear", "srgb_tex"}, {"srgb_tex"}), "buffers.ocio");
     for (char const* name : {"srgb_tex", "linear", ""}) { // "linear" is an identity here
         check(name);
+    }
+    EXPECT_EQ(log.lines(), Lines{});
+}
+
+/// The buffer transforms from "linear" into `to` on 1024 × 1024 pixels
+/// holding each step of the tables ±2 units in the last place, the special
+/// values, then random bit patterns, every value beside others in the other
+/// channels: colorconvert's bits. `fast`: whether the tables and the direct
+/// float routes must be taken.
+void expectFastRoutesLikeColorconvert(std::string const& to, std::optional<bool> fast)
+{
+    auto const direct = [&to](float3 const* source, Rgba8* destination, std::uint32_t count) {
+        Bytes const bytes = reference(source, int(count), 1, "linear", to, 3, OIIO::TypeDesc::UINT8);
+        for (std::size_t i = 0; i < count; ++i) {
+            destination[i] = Rgba8{bytes[3 * i], bytes[3 * i + 1], bytes[3 * i + 2], destination[i].a};
+        }
+        return true;
+    };
+    OIIO::ColorProcessorHandle const processor = colorConfig().createColorProcessor("linear", to, "", "");
+    ASSERT_TRUE(processor) << to;
+    detail::FloatRgba8Lookup lookup;
+    bool const built = lookup.build(*processor, direct);
+    EXPECT_EQ(built, fast.value_or(built)) << to;
+    if (fast == true) {
+        EXPECT_TRUE(detail::appliesLikeColorconvert(processor, 3) && detail::appliesLikeColorconvert(processor, 4));
+    }
+    std::vector<float> values;
+    for (float const step : built ? lookup.thresholds() : std::vector<float>{}) {
+        float const below = std::nextafter(step, -INFINITY), above = std::nextafter(step, INFINITY);
+        values.insert(values.end(),
+                      {std::nextafter(below, -INFINITY), below, step, above, std::nextafter(above, INFINITY)});
+    }
+    std::uint32_t const specials[] = {0x7FC00000u, 0xFFC00000u, 0x7F800001u, 0xFFBFFFFFu, 0x7F800000u, 0xFF800000u,
+                                      0x00000000u, 0x80000000u, 0x00000001u, 0x80000001u, 0x007FFFFFu, 0x00800000u,
+                                      0xBF000000u, 0x3F800000u, 0x3FC00000u, 0x7149F2CAu, 0xF149F2CAu, 0x7F7FFFFFu};
+    Vector2d<float3, true> source;
+    source.allocate(1024, 1024);
+    auto* const floats = reinterpret_cast<std::uint32_t*>(source.data);
+    std::uint32_t state = 12345;
+    for (std::size_t i = 0; i < 3 * std::size_t{source.count}; ++i) {
+        state = state * 1664525u + 1013904223u;
+        floats[i] = i < values.size()                         ? OIIO::bit_cast<float, std::uint32_t>(values[i])
+                    : i < values.size() + std::size(specials) ? specials[i - values.size()]
+                                                              : state;
+    }
+    Vector2d<Rgba8, true> bytes;
+    EXPECT_TRUE(colorConfigGenerateRgba8(source, bytes, to.c_str())) << to;
+    EXPECT_EQ(bytesOf(bytes.data, bytes.count),
+              withOpaqueAlpha(reference(source.data, 1024, 1024, "linear", to, 3, OIIO::TypeDesc::UINT8)))
+        << to;
+    Vector2d<float3, true> rgb;
+    rgb.allocate(1024, 1024);
+    EXPECT_TRUE(colorConfigTransformRgb(source, rgb, to.c_str())) << to;
+    EXPECT_EQ(bytesOf(rgb.data, rgb.count), reference(source.data, 1024, 1024, "linear", to, 3, OIIO::TypeDesc::FLOAT))
+        << to;
+    Vector2d<float4, true> rgba; // the same floats, four to a pixel
+    rgba.allocate(1024, 768);
+    std::memcpy(rgba.data, source.data, std::size_t{rgba.count} * sizeof(float4));
+    Bytes const want = reference(rgba.data, 1024, 768, "linear", to, 4, OIIO::TypeDesc::FLOAT);
+    EXPECT_TRUE(colorConfigTransformRgb(rgba, to.c_str())) << to;
+    EXPECT_EQ(bytesOf(rgba.data, rgba.count), want) << to;
+}
+
+TEST_F(Buffers, FastRoutesGiveColorconvertsBitsForEveryFloat)
+{
+    for (char const* to : {"sRGB", "Rec709", "linear"}) {
+        expectFastRoutesLikeColorconvert(to, true);
+    }
+    // A 1D LUT, a curve, a matrix without and one with crosstalk.
+    std::string lut = "Version 1\nFrom 0 1\nLength 5\nComponents 1\n{\n";
+    for (char const* entry : {"0", "0.3", "0.45", "0.8", "1"}) {
+        lut += std::string(entry) + "\n";
+    }
+    env.dir().write("curve.spi1d", lut + "}\n");
+    loadConfig(ocioConfig({"linear", "curve"}, {"curve"}, "search_path: .\n") + R"(
+  - !<ColorSpace> {name: lut, from_scene_reference: !<FileTransform> {src: curve.spi1d}}
+  - !<ColorSpace> {name: scaled, from_scene_reference: !<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1]}}
+  - !<ColorSpace> {name: mixed, from_scene_reference: !<MatrixTransform> {matrix: [0.6, 0.3, 0.1, 0, 0.2, 0.7, 0.1, 0, 0.1, 0.1, 0.8, 0, 0, 0, 0, 1]}}
+)",
+               "tables.ocio");
+    for (auto const& [to, tables] : {std::pair{"lut", true}, {"curve", true}, {"scaled", false}, {"mixed", false}}) {
+        expectFastRoutesLikeColorconvert(to, tables);
+    }
+    // Every colour space of each real config in the shared folder.
+    char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
+    for (char const* config :
+         {"/imageworks-nuke-default/config.ocio",
+          "/aces-cg-config-v1.0.0_aces-v1.3_ocio-v2.1/cg-config-v1.0.0_aces-v1.3_ocio-v2.1.ocio"}) {
+        std::string const path = std::string(root != nullptr ? root : "") + config;
+        if (root == nullptr || !std::filesystem::is_regular_file(path)) {
+            continue;
+        }
+        std::string const file = std::filesystem::canonical(path).string();
+        ASSERT_EQ(load(file), "Using specified OCIO config: " + file);
+        for (std::string const& to : texts(ColorConfig::colorSpaces())) {
+            if (colorConfig().createColorProcessor("linear", to, "", "")) {
+                expectFastRoutesLikeColorconvert(to, std::nullopt);
+            }
+        }
     }
     EXPECT_EQ(log.lines(), Lines{});
 }
