@@ -20,6 +20,14 @@ public:
     /// gives a valid image of zero pixels.
     static Image create(int width, int height) noexcept;
 
+    /// An image over `width` × `height` pixels at `pixels` that the caller
+    /// owns: no copy is made, conversions write into that memory, and the
+    /// image never frees it. The memory must stay valid, and must not be
+    /// resized, for as long as any handle on the image exists. Gives an
+    /// invalid image when `pixels` is null, a size is negative, the pixel
+    /// count exceeds 4294967295 or memory for the handle runs out; never throws.
+    static Image wrap(verra::Rgba8* pixels, int width, int height) noexcept;
+
     /// True when the handle refers to an image with pixel storage.
     bool isValid() const noexcept;
     /// Pixels per row; 0 for an invalid image.
