@@ -1,6 +1,6 @@
 #include <verra_sdk/kit/color_channels.h>
 
-#include "borrowed_pixels.h"
+#include <verra_sdk/kit/borrowed_pixels.h>
 
 #include <verra_sdk/colorconfig.h>
 

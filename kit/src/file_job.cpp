@@ -81,4 +81,24 @@ JobResult runFileJob(FileJob const& job, FileLedger& ledger)
     return result;
 }
 
+std::string jobFailureText(FileJob const& job, JobResult const& result, bool oneInput)
+{
+    switch (result.failure) {
+    case JobFailure::None:
+        return {};
+    case JobFailure::ReplacesInput:
+        return "'" + job.output + "' would replace " +
+               (oneInput ? "its own input" : "the input '" + result.message + "'") + "; choose another output";
+    case JobFailure::WrittenBefore:
+        return "'" + job.output + "' was already written by an earlier input; '" + job.input + "' is skipped";
+    case JobFailure::Read:
+        return "cannot read '" + job.input + "': " + result.message;
+    case JobFailure::Operation:
+        return "'" + job.input + "' was not converted: " + result.message;
+    case JobFailure::Write:
+        break;
+    }
+    return "cannot write '" + job.output + "': " + result.message;
+}
+
 } // namespace orv::verra_sdk::kit

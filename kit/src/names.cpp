@@ -198,4 +198,17 @@ bool builtInConverts(std::string const& builtIn)
     return converts;
 }
 
+std::string hiddenReasonText(HiddenName const& hidden)
+{
+    switch (hidden.reason) {
+    case HiddenReason::ShadowedByBuiltIn:
+        return "shadowed by the built-in '" + hidden.by + "'";
+    case HiddenReason::ShadowedByEarlier:
+        return "shadowed by '" + hidden.by + "' (same name apart from case)";
+    case HiddenReason::Reserved:
+        break;
+    }
+    return "dropped (a name the module reserves)";
+}
+
 } // namespace orv::verra_sdk::kit

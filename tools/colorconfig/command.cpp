@@ -56,11 +56,7 @@ std::vector<std::pair<std::string, std::string>> hiddenPairs(std::vector<kit::Hi
 {
     std::vector<std::pair<std::string, std::string>> pairs;
     for (kit::HiddenName const& name : hidden) {
-        pairs.emplace_back(name.name, name.reason == kit::HiddenReason::ShadowedByBuiltIn
-                                          ? "shadowed by the built-in '" + name.by + "'"
-                                      : name.reason == kit::HiddenReason::ShadowedByEarlier
-                                          ? "shadowed by '" + name.by + "' (same name apart from case)"
-                                          : "dropped (a name the module reserves)");
+        pairs.emplace_back(name.name, kit::hiddenReasonText(name));
     }
     return pairs;
 }

@@ -4,30 +4,6 @@
 
 namespace colorconfig {
 
-namespace {
-
-/// What went wrong with `job`.
-std::string failure(kit::FileJob const& job, kit::JobResult const& result, bool oneInput)
-{
-    switch (result.failure) {
-    case kit::JobFailure::ReplacesInput:
-        return "'" + job.output + "' would replace " +
-               (oneInput ? "its own input" : "the input '" + result.message + "'") + "; choose another output";
-    case kit::JobFailure::WrittenBefore:
-        return "'" + job.output + "' was already written by an earlier input; '" + job.input + "' is skipped";
-    case kit::JobFailure::Read:
-        return "cannot read '" + job.input + "': " + result.message;
-    case kit::JobFailure::Operation:
-        return "'" + job.input + "' was not converted: " + result.message;
-    case kit::JobFailure::Write:
-    case kit::JobFailure::None:
-        break;
-    }
-    return "cannot write '" + job.output + "': " + result.message;
-}
-
-} // namespace
-
 ExitCode runJobs(std::vector<kit::FileJob> const& jobs, std::string const& done, bool oneInput)
 {
     kit::FileLedger ledger;
@@ -47,7 +23,7 @@ ExitCode runJobs(std::vector<kit::FileJob> const& jobs, std::string const& done,
         if (result.ok()) {
             console::out(job.input + " -> " + job.output + done);
         } else {
-            console::error("{}", failure(job, result, oneInput));
+            console::error("{}", kit::jobFailureText(job, result, oneInput));
             code = ExitCode::Failure;
         }
     }

@@ -87,6 +87,17 @@ struct FileLedger {
     std::set<std::string> written;
 };
 
+/// What went wrong with `job`, as one line that names its files:
+///   ReplacesInput  "'OUT' would replace the input 'IN'; choose another output"
+///                  ("its own input" in place of "the input 'IN'" when
+///                  `oneInput` is true)
+///   WrittenBefore  "'OUT' was already written by an earlier input; 'IN' is skipped"
+///   Read           "cannot read 'IN': <reason>"
+///   Operation      "'IN' was not converted: <reason>"
+///   Write          "cannot write 'OUT': <reason>"
+/// Empty for a job that succeeded.
+std::string jobFailureText(FileJob const& job, JobResult const& result, bool oneInput);
+
 /// Runs `job`: refuses an output that is one of `ledger.inputs` or already
 /// in `ledger.written`, reads the input, applies the operation to each
 /// image, writes the output, and adds it to `ledger.written`.

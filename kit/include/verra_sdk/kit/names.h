@@ -102,6 +102,11 @@ struct HiddenName {
 /// built-ins alone.
 std::vector<HiddenName> hiddenColorSpaces();
 
+/// Why the list hides `hidden`, in words: "shadowed by the built-in 'X'",
+/// "shadowed by 'X' (same name apart from case)" or "dropped (a name the
+/// module reserves)".
+std::string hiddenReasonText(HiddenName const& hidden);
+
 /// True when `name` is one of the module's built-in colour spaces, in the
 /// list's form ("linear", "sRGB", "Rec709").
 bool isBuiltIn(std::string_view name);

@@ -1,6 +1,13 @@
 #pragma once
 // The module's buffer functions take owning pixel arrays; this lends them
-// memory that an OpenImageIO ImageBuf owns, without a copy.
+// memory that someone else owns (an OpenImageIO ImageBuf, a host's or a
+// script's array), without a copy.
+//
+// Example:
+//
+//     std::vector<orv::verra::float4> pixels(width * height);
+//     kit::BorrowedPixels<orv::verra::float4> borrowed(pixels.data(), width, height);
+//     bool ok = colorConfigTransformRgb(borrowed.array(), "sRGB");   // converts `pixels`
 
 #include <orv/verra/vector2d.h>
 
@@ -9,8 +16,9 @@
 namespace orv::verra_sdk::kit {
 
 /// An owning `Vector2d` over `width` × `height` pixels at `pixels`, which
-/// it must never free: the array is emptied before its destructor runs.
-/// The pixels must outlive this object.
+/// it never frees: the array is emptied before its destructor runs. The
+/// pixels must outlive this object, and `width` × `height` must fit 32 bits
+/// (the array's count); sizes are not checked. Costs nothing.
 template <class T>
 class BorrowedPixels {
 public:
