@@ -5,7 +5,10 @@
 #                   libraries (LIB_FILES, ',' between the names), the program
 #                   (TOOL_FILE, when built), the CMake package and the
 #                   pkg-config file, and nothing else; runs the installed
-#                   `colorconfig --version` without LD_LIBRARY_PATH;
+#                   `colorconfig --version` without LD_LIBRARY_PATH; with
+#                   the Python module (PYTHON_FILES, ',' between them,
+#                   relative to the prefix), imports it with PYTHON and a
+#                   PYTHONPATH of its folder alone;
 #   find_package    configures, builds and runs the CMake project CONSUMER_DIR
 #                   with CMAKE_PREFIX_PATH=<prefix>;
 #   pkg_config      compiles CONSUMER_DIR/host.cpp with CXX and the flags of
@@ -27,6 +30,7 @@ foreach(var MODE BUILD_DIR PROJECT_SOURCE CONSUMER_DIR VERSION BINDIR LIBDIR INC
   endif()
 endforeach()
 string(REPLACE "," ";" LIB_FILES "${LIB_FILES}")
+string(REPLACE "," ";" PYTHON_FILES "${PYTHON_FILES}")
 separate_arguments(cxx_flags UNIX_COMMAND "${CXX_FLAGS}")
 separate_arguments(exe_linker_flags UNIX_COMMAND "${EXE_LINKER_FLAGS}")
 
@@ -131,6 +135,7 @@ if(MODE STREQUAL "install_layout")
     list(APPEND expected "${LIBDIR}/cmake/VerraColorConfig/${file}")
   endforeach()
   list(APPEND expected "${LIBDIR}/pkgconfig/verra-colorconfig.pc" "${LIBDIR}/pkgconfig/verra-colorkit.pc")
+  list(APPEND expected ${PYTHON_FILES})
 
   file(GLOB_RECURSE installed LIST_DIRECTORIES false RELATIVE "${prefix}" "${prefix}/*")
   foreach(file IN LISTS expected)
@@ -153,6 +158,21 @@ if(MODE STREQUAL "install_layout")
     run("the installed colorconfig --version" COMMAND "${prefix}/${BINDIR}/${TOOL_FILE}" --version)
     if(NOT "${run_output}" STREQUAL "colorconfig ${VERSION}\n")
       fail("the installed colorconfig --version printed:\n${run_output}")
+    endif()
+  endif()
+
+  if(PYTHON_FILES)
+    # The installed module finds the installed libraries by itself: its
+    # folder on PYTHONPATH is enough.
+    list(GET PYTHON_FILES 0 module)
+    get_filename_component(python_dir "${prefix}/${module}" DIRECTORY)
+    isolate_host()
+    unset(ENV{LD_LIBRARY_PATH})
+    set(ENV{PYTHONPATH} "${python_dir}")
+    run("importing the installed Python module"
+      COMMAND "${PYTHON}" -c "print(*(lambda v: (v.__file__, v.color_spaces()))(__import__('verra_colorconfig')))")
+    if(NOT "${run_output}" STREQUAL "${prefix}/${module} ['linear', 'sRGB', 'Rec709']\n")
+      fail("the installed Python module printed:\n${run_output}")
     endif()
   endif()
 

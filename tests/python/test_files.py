@@ -1,0 +1,51 @@
+"""Image files: the same files as the program writes, and its file safety."""
+import os
+import subprocess
+
+import numpy as np
+import OpenImageIO as oiio
+import pytest
+import verra_colorconfig as vc
+from conftest import PROGRAM
+
+
+@pytest.fixture
+def png(tmp_path):
+    path = str(tmp_path / "in.png")
+    out = oiio.ImageBuf(oiio.ImageSpec(8, 4, 4, "uint8"))
+    out.set_pixels(oiio.ROI(), np.arange(128, dtype=np.uint8).reshape(4, 8, 4) * 2)
+    assert out.write(path)
+    return path
+
+
+def pixels_and_space(path):
+    buf = oiio.ImageBuf(path)
+    return buf.get_pixels("float").tolist(), buf.spec().get_string_attribute("oiio:ColorSpace")
+
+
+@pytest.mark.parametrize("call, args, words", [
+    (vc.convert_file, ("srgb_tex", "scene"), ["convert", "--from", "srgb_tex", "--to", "scene"]),
+    (vc.view_file, ("srgb_tex", None, "Standard", ["Bright"]), ["view", "--from", "srgb_tex", "--look", "Bright"]),
+])
+def test_files_are_the_programs(config, png, call, args, words):
+    if not PROGRAM:
+        pytest.skip("the colorconfig program is not built")
+    path = config()
+    ours, theirs = png[:-4] + "_ours.exr", png[:-4] + "_theirs.exr"
+    assert call(png, ours, *args) in (None, ("Monitor", "Standard"))
+    subprocess.run([PROGRAM, words[0], "--config", path, *words[1:], png, theirs], check=True)
+    assert pixels_and_space(ours) == pixels_and_space(theirs)
+
+
+@pytest.mark.parametrize("dst, src, error, message", [
+    ("in.png", "in.png", ValueError, "'{0}/in.png' would replace its own input; choose another output"),
+    ("out.exr", "gone.png", OSError, "cannot read '{0}/gone.png': "),
+    ("no/out.exr", "in.png", OSError, "cannot write '{0}/no/out.exr': "),
+])
+def test_files_refused(config, png, tmp_path, dst, src, error, message):
+    config()
+    before = sorted(os.listdir(tmp_path))
+    with pytest.raises(error) as raised:
+        vc.convert_file(str(tmp_path / src), str(tmp_path / dst), "srgb_tex", "lin")
+    assert str(raised.value).startswith(message.format(tmp_path))
+    assert sorted(os.listdir(tmp_path)) == before

@@ -1,0 +1,131 @@
+"""Colours against the program, pixel arrays against OpenImageIO's own
+binding, and failures raised with the module's line, which stays off stderr."""
+import json
+import subprocess
+import sys
+
+import numpy as np
+import OpenImageIO as oiio
+import pytest
+import verra_colorconfig as vc
+from conftest import BROKEN, program_json
+
+
+@pytest.mark.parametrize("src, dst, rgba", [
+    ("linear", "sRGB", (0.5, 0.18, 1.0, 0.25)), ("sRGB", "linear", (0.5, -0.5, 2.0, 1.0)),
+    ("linear", "Rec709", (0.018, 0.5, 1.0, 1.0)), ("lin", "srgb_tex", (0.5, 0.2, 0.1, 1.0))])
+def test_colour_is_the_programs(config, src, dst, rgba):
+    out = program_json("color", "--config", config(), "--from", src, "--to", dst, *map(repr, rgba))
+    assert vc.transform(rgba, src, dst) == tuple(out["output"])
+    assert vc.linear_to_color_space(rgba, dst) == vc.transform(rgba, "linear", dst)
+    assert vc.color_space_to_linear(rgba, src) == vc.transform(rgba, src, "linear")
+
+
+def test_colour_that_cannot_convert_comes_back(config):
+    config(BROKEN)
+    assert [vc.transform((0.1, 0.2, 0.3, 0.4), *names) for names in (("nope", "lin"), ("lin", "film"))] == [
+        (0.1, 0.2, 0.3, 0.4)] * 2
+
+
+def oiio_convert(pixels, src, dst, path, out_type=None):
+    kind = "uint8" if pixels.dtype == np.uint8 else "float"
+    buf = oiio.ImageBuf(oiio.ImageSpec(pixels.shape[1], pixels.shape[0], pixels.shape[2], kind))
+    buf.set_pixels(oiio.ROI(), pixels)
+    done = oiio.ImageBufAlgo.colorconvert(buf, src, dst, unpremult=False, colorconfig=path)
+    return done.get_pixels(out_type or kind)
+
+
+PIXELS = np.random.default_rng(7).random((33, 17, 4), dtype=np.float32) * 1.2 - 0.1
+
+
+def test_pixels_are_openimageios(config):
+    path = config()
+    rgba8 = (PIXELS.clip(0, 1) * 255).astype(np.uint8)
+    rgb = np.ascontiguousarray(PIXELS[..., :3])
+    image, rgba = rgba8.copy(), PIXELS.copy()
+    assert vc.transform_image(image, "srgb_tex", "lin") is None
+    np.testing.assert_array_equal(image, oiio_convert(rgba8, "srgb_tex", "lin", path))
+    assert vc.transform_rgb(rgba, "srgb_tex") is rgba
+    np.testing.assert_array_equal(rgba, oiio_convert(PIXELS, "linear", "srgb_tex", path))
+    np.testing.assert_array_equal(vc.transform_rgb(rgb, "srgb_tex"), rgba[..., :3])
+    made = vc.generate_rgba8(rgb, "srgb_tex")
+    np.testing.assert_array_equal(made[..., :3], oiio_convert(rgb, "linear", "srgb_tex", path, "uint8"))
+    assert (made[..., 3] == 255).all()
+
+
+def test_view_is_openimageios_and_looks_apply(config):
+    path = config()
+    view, bright = PIXELS.copy(), PIXELS.copy()
+    vc.apply_view(view, "scene")
+    buf = oiio.ImageBuf(oiio.ImageSpec(17, 33, 4, "float"))
+    buf.set_pixels(oiio.ROI(), PIXELS)
+    expected = oiio.ImageBufAlgo.ociodisplay(buf, "Monitor", "Standard", "lin", unpremult=False, colorconfig=path)
+    np.testing.assert_allclose(view[..., :3], expected.get_pixels("float")[..., :3], rtol=1e-6, atol=1e-6)
+    np.testing.assert_array_equal(view[..., 3], PIXELS[..., 3])
+    vc.apply_view(bright, "lin", "Monitor", "Standard", looks=["Bright"])
+    twice = np.concatenate([PIXELS[..., :3] * 2, PIXELS[..., 3:]], axis=2)
+    vc.apply_view(twice, "lin")
+    np.testing.assert_allclose(bright, twice, rtol=1e-6, atol=1e-6)
+
+
+@pytest.mark.parametrize("call, args, error, message", [
+    ("transform_image", ("nope", "linear"), ValueError, "Cannot convert from 'nope' to 'linear'."),
+    ("transform_rgb", ("nope",), ValueError, "Cannot convert from 'linear' to 'nope'."),
+    ("generate_rgba8", ("film",), RuntimeError, "cannot convert from 'linear' to 'film': The specified file "
+                                                "reference 'gone.spi1d' could not be located."),
+    ("apply_view", ("lin", "nope"), ValueError, "unknown display 'nope'; the config's displays: 'Monitor'"),
+    ("apply_view", ("lin", None, "Raw", "Dim"), ValueError, "unknown look 'Dim'; the config's looks: 'Bright'"),
+    ("apply_view", ("linaer",), ValueError, "unknown colour space 'linaer'; closest: 'linear'"),
+])
+def test_failures_raise_the_line(config, capfd, call, args, error, message):
+    config(BROKEN)
+    pixels = (np.zeros((2, 2, 4), np.uint8) if call == "transform_image"
+              else np.zeros((2, 2, 3 if call == "generate_rgba8" else 4), np.float32))
+    with pytest.raises(error) as raised:
+        getattr(vc, call)(pixels, *args)
+    assert str(raised.value).startswith(message)
+    assert not pixels.any() and capfd.readouterr().err == ""
+
+
+BAD = [  # call, array, expected exception, words of its message
+    ("transform_image", "[[0, 0, 0, 0]]", "TypeError", "uint8 array of shape (H, W, 4)"),
+    ("transform_image", "np.zeros((2, 2, 4), np.float32)", "TypeError", "got dtype float32"),
+    ("transform_image", "np.zeros((2, 2, 3), np.uint8)", "ValueError", "got shape (2, 2, 3)"),
+    ("transform_image", "np.zeros((0, 2, 4), np.uint8)", "ValueError", "at least one pixel"),
+    ("transform_image", "np.zeros((2, 4, 4), np.uint8)[:, ::2]", "ValueError", "non-contiguous"),
+    ("transform_image", "np.zeros((2, 2, 4), np.uint8, order='F')", "ValueError", "non-contiguous"),
+    ("transform_image", "readonly(np.zeros((2, 2, 4), np.uint8))", "ValueError", "read-only"),
+    ("transform_image", "np.broadcast_to(np.zeros(4, np.uint8), (70000, 70000, 4))", "ValueError", "4294967295"),
+    ("transform_rgb", "np.zeros((2, 2, 4), '>f4')", "TypeError", "got dtype >f4"),
+    ("transform_rgb", "readonly(np.zeros((2, 2, 4), np.float32))", "ValueError", "read-only"),
+    ("transform_rgb", "np.frombuffer(bytearray(49), np.float32, 12, 1).reshape(2, 2, 3)", "ValueError", "misaligned"),
+    ("apply_view", "np.zeros((2, 2), np.float32)", "ValueError", "got shape (2, 2)"),
+    ("apply_view", "np.zeros((2, 2, 4), np.float64)", "TypeError", "float32 array"),
+    ("generate_rgba8", "np.zeros((2, 2, 4), np.float32)", "ValueError", "(H, W, 3)"),
+    ("generate_rgba8", "readonly(np.zeros((2, 2, 3), np.float32))", "ok", ""),
+    ("transform_rgb", "readonly(np.zeros((2, 2, 3), np.float32))", "ok", ""),
+]
+SCRIPT = """
+import json, sys, numpy as np, verra_colorconfig as vc
+def readonly(a):
+    a.flags.writeable = False
+    return a
+vc.load_ocio_config(sys.argv[1])
+out = []
+for call, array in json.loads(sys.argv[2]):
+    try:
+        args = ("scene",) if call == "apply_view" else ("lin", "srgb_tex") if call == "transform_image" else ()
+        getattr(vc, call)(eval(array), *args)
+        out.append(["ok", ""])
+    except Exception as error:
+        out.append([type(error).__name__, str(error)])
+print(json.dumps(out))
+"""
+
+
+def test_bad_arrays_raise_and_never_crash(config):
+    rows = json.dumps([row[:2] for row in BAD])
+    run = subprocess.run([sys.executable, "-c", SCRIPT, config(), rows], capture_output=True, text=True)
+    assert run.returncode == 0, run.stderr
+    for (call, array, kind, words), (got, message) in zip(BAD, json.loads(run.stdout)):
+        assert (got, words in message) == (kind, True), (call, array, message)
