@@ -27,20 +27,18 @@ PROGRAM = os.environ.get("VERRA_COLORCONFIG", "")
 
 @pytest.fixture(autouse=True)
 def clean_env(tmp_path, monkeypatch):
-    for name in ("XDG_CONFIG_HOME", "HOME"):
-        monkeypatch.setenv(name, str(tmp_path / name))
+    monkeypatch.setenv("XDG_CONFIG_HOME", str(tmp_path / "xdg"))
     monkeypatch.delenv("OCIO", raising=False)
     vc.load_ocio_config("")
 
 
 @pytest.fixture
 def config(tmp_path):
-    """Writes a config (a new file each time: OpenImageIO rereads none it holds) and loads it."""
-    def write(text=SAMPLE, name="sample.ocio"):
-        path = tmp_path / name
-        path.write_text(text)
-        assert vc.load_ocio_config(str(path)) == f"Using specified OCIO config: {path}"
-        return str(path)
+    """Writes a config and loads it (in a test's own folder: OpenImageIO rereads no file it holds)."""
+    def write(text=SAMPLE):
+        (tmp_path / "sample.ocio").write_text(text)
+        assert vc.load_ocio_config(str(tmp_path / "sample.ocio")).startswith("Using specified OCIO config")
+        return str(tmp_path / "sample.ocio")
     return write
 
 

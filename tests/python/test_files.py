@@ -11,11 +11,9 @@ from conftest import PROGRAM
 
 @pytest.fixture
 def png(tmp_path):
-    path = str(tmp_path / "in.png")
     out = oiio.ImageBuf(oiio.ImageSpec(8, 4, 4, "uint8"))
     out.set_pixels(oiio.ROI(), np.arange(128, dtype=np.uint8).reshape(4, 8, 4) * 2)
-    assert out.write(path)
-    return path
+    return str(tmp_path / "in.png") if out.write(str(tmp_path / "in.png")) else None
 
 
 def pixels_and_space(path):

@@ -23,16 +23,16 @@ def test_colour_is_the_programs(config, src, dst, rgba):
 
 def test_colour_that_cannot_convert_comes_back(config):
     config(BROKEN)
-    assert [vc.transform((0.1, 0.2, 0.3, 0.4), *names) for names in (("nope", "lin"), ("lin", "film"))] == [
-        (0.1, 0.2, 0.3, 0.4)] * 2
+    assert {vc.transform((0.1, 0.2, 0.3, 0.4), *names) for names in [("nope", "lin"), ("lin", "film")]} == {
+        (0.1, 0.2, 0.3, 0.4)}
 
 
-def oiio_convert(pixels, src, dst, path, out_type=None):
+def theirs(operation, pixels, *args, out=None, **config):
+    """`pixels` through OpenImageIO's own ImageBufAlgo `operation`, colours not divided by alpha."""
     kind = "uint8" if pixels.dtype == np.uint8 else "float"
     buf = oiio.ImageBuf(oiio.ImageSpec(pixels.shape[1], pixels.shape[0], pixels.shape[2], kind))
     buf.set_pixels(oiio.ROI(), pixels)
-    done = oiio.ImageBufAlgo.colorconvert(buf, src, dst, unpremult=False, colorconfig=path)
-    return done.get_pixels(out_type or kind)
+    return getattr(oiio.ImageBufAlgo, operation)(buf, *args, unpremult=False, **config).get_pixels(out or kind)
 
 
 PIXELS = np.random.default_rng(7).random((33, 17, 4), dtype=np.float32) * 1.2 - 0.1
@@ -44,35 +44,31 @@ def test_pixels_are_openimageios(config):
     rgb = np.ascontiguousarray(PIXELS[..., :3])
     image, rgba = rgba8.copy(), PIXELS.copy()
     assert vc.transform_image(image, "srgb_tex", "lin") is None
-    np.testing.assert_array_equal(image, oiio_convert(rgba8, "srgb_tex", "lin", path))
+    np.testing.assert_array_equal(image, theirs("colorconvert", rgba8, "srgb_tex", "lin", colorconfig=path))
     assert vc.transform_rgb(rgba, "srgb_tex") is rgba
-    np.testing.assert_array_equal(rgba, oiio_convert(PIXELS, "linear", "srgb_tex", path))
+    np.testing.assert_array_equal(rgba, theirs("colorconvert", PIXELS, "linear", "srgb_tex", colorconfig=path))
     np.testing.assert_array_equal(vc.transform_rgb(rgb, "srgb_tex"), rgba[..., :3])
     made = vc.generate_rgba8(rgb, "srgb_tex")
-    np.testing.assert_array_equal(made[..., :3], oiio_convert(rgb, "linear", "srgb_tex", path, "uint8"))
-    assert (made[..., 3] == 255).all()
+    expected = theirs("colorconvert", rgb, "linear", "srgb_tex", out="uint8", colorconfig=path)
+    np.testing.assert_array_equal(made, np.dstack([expected, np.full(rgb.shape[:2], 255, np.uint8)]))
 
 
 def test_view_is_openimageios_and_looks_apply(config):
     path = config()
-    view, bright = PIXELS.copy(), PIXELS.copy()
+    view, bright, twice = PIXELS.copy(), PIXELS.copy(), PIXELS * np.float32([2, 2, 2, 1])
     vc.apply_view(view, "scene")
-    buf = oiio.ImageBuf(oiio.ImageSpec(17, 33, 4, "float"))
-    buf.set_pixels(oiio.ROI(), PIXELS)
-    expected = oiio.ImageBufAlgo.ociodisplay(buf, "Monitor", "Standard", "lin", unpremult=False, colorconfig=path)
-    np.testing.assert_allclose(view[..., :3], expected.get_pixels("float")[..., :3], rtol=1e-6, atol=1e-6)
-    np.testing.assert_array_equal(view[..., 3], PIXELS[..., 3])
+    # The look doubles scene-linear values before the view.
     vc.apply_view(bright, "lin", "Monitor", "Standard", looks=["Bright"])
-    twice = np.concatenate([PIXELS[..., :3] * 2, PIXELS[..., 3:]], axis=2)
     vc.apply_view(twice, "lin")
     np.testing.assert_allclose(bright, twice, rtol=1e-6, atol=1e-6)
+    shown = theirs("ociodisplay", PIXELS, "Monitor", "Standard", "lin", colorconfig=path)[..., :3]
+    np.testing.assert_allclose(view, np.dstack([shown, PIXELS[..., 3]]), 1e-6, 1e-6)
 
 
 @pytest.mark.parametrize("call, args, error, message", [
     ("transform_image", ("nope", "linear"), ValueError, "Cannot convert from 'nope' to 'linear'."),
     ("transform_rgb", ("nope",), ValueError, "Cannot convert from 'linear' to 'nope'."),
-    ("generate_rgba8", ("film",), RuntimeError, "cannot convert from 'linear' to 'film': The specified file "
-                                                "reference 'gone.spi1d' could not be located."),
+    ("generate_rgba8", ("film",), RuntimeError, "cannot convert from 'linear' to 'film': The specified file "),
     ("apply_view", ("lin", "nope"), ValueError, "unknown display 'nope'; the config's displays: 'Monitor'"),
     ("apply_view", ("lin", None, "Raw", "Dim"), ValueError, "unknown look 'Dim'; the config's looks: 'Bright'"),
     ("apply_view", ("linaer",), ValueError, "unknown colour space 'linaer'; closest: 'linear'"),
@@ -94,38 +90,28 @@ BAD = [  # call, array, expected exception, words of its message
     ("transform_image", "np.zeros((0, 2, 4), np.uint8)", "ValueError", "at least one pixel"),
     ("transform_image", "np.zeros((2, 4, 4), np.uint8)[:, ::2]", "ValueError", "non-contiguous"),
     ("transform_image", "np.zeros((2, 2, 4), np.uint8, order='F')", "ValueError", "non-contiguous"),
-    ("transform_image", "readonly(np.zeros((2, 2, 4), np.uint8))", "ValueError", "read-only"),
+    ("transform_image", "ro(np.zeros((2, 2, 4), np.uint8))", "ValueError", "read-only"),
     ("transform_image", "np.broadcast_to(np.zeros(4, np.uint8), (70000, 70000, 4))", "ValueError", "4294967295"),
     ("transform_rgb", "np.zeros((2, 2, 4), '>f4')", "TypeError", "got dtype >f4"),
-    ("transform_rgb", "readonly(np.zeros((2, 2, 4), np.float32))", "ValueError", "read-only"),
     ("transform_rgb", "np.frombuffer(bytearray(49), np.float32, 12, 1).reshape(2, 2, 3)", "ValueError", "misaligned"),
     ("apply_view", "np.zeros((2, 2), np.float32)", "ValueError", "got shape (2, 2)"),
-    ("apply_view", "np.zeros((2, 2, 4), np.float64)", "TypeError", "float32 array"),
-    ("generate_rgba8", "np.zeros((2, 2, 4), np.float32)", "ValueError", "(H, W, 3)"),
-    ("generate_rgba8", "readonly(np.zeros((2, 2, 3), np.float32))", "ok", ""),
-    ("transform_rgb", "readonly(np.zeros((2, 2, 3), np.float32))", "ok", ""),
+    ("generate_rgba8", "ro(np.zeros((2, 2, 3), np.float32))", "ok", ""),  # read, not written
 ]
-SCRIPT = """
-import json, sys, numpy as np, verra_colorconfig as vc
-def readonly(a):
-    a.flags.writeable = False
-    return a
-vc.load_ocio_config(sys.argv[1])
-out = []
-for call, array in json.loads(sys.argv[2]):
+SCRIPT = """import json, sys, numpy as np, verra_colorconfig as vc
+ro = lambda a: np.lib.stride_tricks.as_strided(a, writeable=False)
+def run(call, array):
     try:
-        args = ("scene",) if call == "apply_view" else ("lin", "srgb_tex") if call == "transform_image" else ()
-        getattr(vc, call)(eval(array), *args)
-        out.append(["ok", ""])
+        getattr(vc, call)(eval(array), *{"apply_view": ("lin",), "transform_image": ("lin", "srgb_tex")}.get(call, ()))
+        return ["ok", ""]
     except Exception as error:
-        out.append([type(error).__name__, str(error)])
-print(json.dumps(out))
-"""
+        return [type(error).__name__, str(error)]
+vc.load_ocio_config(sys.argv[1])
+print(json.dumps([run(*row) for row in json.loads(sys.argv[2])]))"""
 
 
 def test_bad_arrays_raise_and_never_crash(config):
-    rows = json.dumps([row[:2] for row in BAD])
-    run = subprocess.run([sys.executable, "-c", SCRIPT, config(), rows], capture_output=True, text=True)
+    run = subprocess.run([sys.executable, "-c", SCRIPT, config(), json.dumps([r[:2] for r in BAD])],
+                         capture_output=True, text=True)
     assert run.returncode == 0, run.stderr
     for (call, array, kind, words), (got, message) in zip(BAD, json.loads(run.stdout)):
         assert (got, words in message) == (kind, True), (call, array, message)
