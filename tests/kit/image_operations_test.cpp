@@ -39,6 +39,14 @@ TEST_F(ImageOperations, EachOperationConvertsTheImageAndNamesItsNewSpace)
         EXPECT_EQ(bytes, std::vector<unsigned char>(expected.begin(), expected.begin() + (alpha ? 4 : 3)));
         EXPECT_EQ(preview.fileSpec.get_string_attribute("oiio:ColorSpace"), "sRGB");
     }
+    // A name without a processor fails either operation, leaving the level as it was.
+    for (kit::ImageOperation const& failing :
+         {kit::conversionOperation("nope", "sRGB"), kit::previewOperation("linear", "nope", true)}) {
+        kit::ImageLevel level = rgbLevel({0.5f, 0.18f, 0.0f});
+        EXPECT_FALSE(failing(level, error));
+        EXPECT_THAT(floatsOf(level.pixels), ElementsAre(0.5f, 0.18f, 0.0f));
+        EXPECT_EQ(level.fileSpec.get_string_attribute("oiio:ColorSpace"), "");
+    }
     ASSERT_THAT(load(sampleConfig()).errors, IsEmpty());
     kit::DisplayView raw;
     ASSERT_TRUE(kit::chooseDisplayView({"lin", "Monitor", "Raw", ""}, raw, error)) << error;
