@@ -283,52 +283,38 @@ Bytes withOpaqueAlpha(Bytes const& rgb)
 
 using Buffers = SdkTest;
 
-TEST_F(Buffers, ConversionsOutOfLinearGiveColorconvertsValues)
+/// Fills `count` floats at `out` with `values`, then special values (NaNs,
+/// infinities, signed zeros, denormals, huge and negative values), then
+/// random bit patterns.
+void fillFloats(float* out, std::size_t count, std::vector<float> const& values)
 {
-    // Buffers of exactly their pixels (under AddressSanitizer, a read past
-    // the source's end or a write past the destination's fails the test:
-    // OpenImageIO 2.4.7, converting 3 float channels into 4 over all
-    // channels, reads a fourth float at the last pixel).
-    auto const check = [&](char const* name) {
-        std::string const to = *name != '\0' ? name : "sRGB";
-        Vector2d<float3, true> const source = makeBuffer<float3>(13, 7);
-        Vector2d<Rgba8, true> rgba8, placed;
-        placed.allocate(13, 7);
-        Rgba8* const storage = placed.data;
-        Vector2d<float3, true> rgb = makeBuffer<float3>(13, 7);
-        Vector2d<float4, true> rgba = makeBuffer<float4>(13, 7);
-        Bytes const want8 = withOpaqueAlpha(reference(source.data, 13, 7, "linear", to, 3, OIIO::TypeDesc::UINT8));
-        Bytes const want3 = reference(source.data, 13, 7, "linear", to, 3, OIIO::TypeDesc::FLOAT);
-        Bytes const want4 = reference(rgba.data, 13, 7, "linear", to, 4, OIIO::TypeDesc::FLOAT);
-        EXPECT_TRUE(colorConfigGenerateRgba8(source, rgba8, name)) << name;
-        EXPECT_TRUE(colorConfigGenerateRgba8(source, placed, name)) << name;
-        EXPECT_TRUE(colorConfigTransformRgb(source, rgb, name)) << name;
-        EXPECT_TRUE(colorConfigTransformRgb(rgba, name)) << name;
-        EXPECT_THAT(std::tuple(rgba8.width, rgba8.height, placed.data), FieldsAre(13u, 7u, storage));
-        EXPECT_EQ(bytesOf(rgba8.data, 91), want8) << name;
-        EXPECT_EQ(bytesOf(placed.data, 91), want8) << name;
-        EXPECT_EQ(bytesOf(rgb.data, rgb.count), want3) << name;
-        EXPECT_EQ(bytesOf(rgba.data, rgba.count), want4) << name;
-    };
-    for (char const* name : {"sRGB", "Rec709", "linear", ""}) {
-        check(name);
+    std::uint32_t const specials[] = {0x7FC00000u, 0xFFC00000u, 0x7F800001u, 0xFFBFFFFFu, 0x7F800000u, 0xFF800000u,
+                                      0x00000000u, 0x80000000u, 0x00000001u, 0x80000001u, 0x007FFFFFu, 0x00800000u,
+                                      0xBF000000u, 0x3F800000u, 0x3FC00000u, 0x7149F2CAu, 0xF149F2CAu, 0x7F7FFFFFu};
+    std::uint32_t state = 12345;
+    for (std::size_t i = 0; i < count; ++i) {
+        state = state * 1664525u + 1013904223u;
+        std::uint32_t const bits = i < values.size() ? OIIO::bit_cast<float, std::uint32_t>(values[i])
+                                   : i < values.size() + std::size(specials) ? specials[i - values.size()]
+                                                                             : state;
+        out[i] = OIIO::bit_cast<std::uint32_t, float>(bits);
     }
-    // A config without "sRGB": the empty name still means it, and OpenImageIO
-    // still has a processor for it.
-    loadConfig(ocioConfig({"linear", "srgb_tex"}, {"srgb_tex"}), "buffers.ocio");
-    for (char const* name : {"srgb_tex", "linear", ""}) { // "linear" is an identity here
-        check(name);
-    }
-    EXPECT_EQ(log.lines(), Lines{});
 }
 
-/// The buffer transforms from "linear" into `to` on 1024 × 1024 pixels
-/// holding each step of the tables ±2 units in the last place, the special
-/// values, then random bit patterns, every value beside others in the other
-/// channels: colorconvert's bits. `fast`: whether the tables and the direct
-/// float routes must be taken.
-void expectFastRoutesLikeColorconvert(std::string const& to, std::optional<bool> fast)
+/// The three buffer transforms from "linear" into `name` ("" means "sRGB")
+/// on `width` × `height` pixels holding, when that is enough for the tables,
+/// each of their steps ±2 units in the last place, then what fillFloats adds, every value beside others in
+/// the other channels: colorconvert's bits, into a new destination and into
+/// one the caller placed. `fast`: whether the tables and the direct float
+/// routes must be taken. The buffers hold exactly their pixels: under
+/// AddressSanitizer a read past the source (OpenImageIO 2.4.7, converting
+/// 3 float channels into 4 over all channels, reads a fourth float at the
+/// last pixel) or a write past a destination fails the test.
+void expectBuffersLikeColorconvert(char const* name, std::uint32_t width, std::uint32_t height,
+                                   std::optional<bool> fast)
 {
+    std::string const to = *name != '\0' ? name : "sRGB";
+    int const w = int(width), h = int(height);
     auto const direct = [&to](float3 const* source, Rgba8* destination, std::uint32_t count) {
         Bytes const bytes = reference(source, int(count), 1, "linear", to, 3, OIIO::TypeDesc::UINT8);
         for (std::size_t i = 0; i < count; ++i) {
@@ -345,46 +331,53 @@ void expectFastRoutesLikeColorconvert(std::string const& to, std::optional<bool>
         EXPECT_TRUE(detail::appliesLikeColorconvert(processor, 3) && detail::appliesLikeColorconvert(processor, 4));
     }
     std::vector<float> values;
-    for (float const step : built ? lookup.thresholds() : std::vector<float>{}) {
+    bool const large = std::size_t{width} * height >= detail::FloatRgba8Lookup::kMinPixels;
+    for (float const step : built&& large ? lookup.thresholds() : std::vector<float>{}) {
         float const below = std::nextafter(step, -INFINITY), above = std::nextafter(step, INFINITY);
         values.insert(values.end(),
                       {std::nextafter(below, -INFINITY), below, step, above, std::nextafter(above, INFINITY)});
     }
-    std::uint32_t const specials[] = {0x7FC00000u, 0xFFC00000u, 0x7F800001u, 0xFFBFFFFFu, 0x7F800000u, 0xFF800000u,
-                                      0x00000000u, 0x80000000u, 0x00000001u, 0x80000001u, 0x007FFFFFu, 0x00800000u,
-                                      0xBF000000u, 0x3F800000u, 0x3FC00000u, 0x7149F2CAu, 0xF149F2CAu, 0x7F7FFFFFu};
-    Vector2d<float3, true> source;
-    source.allocate(1024, 1024);
-    auto* const floats = reinterpret_cast<std::uint32_t*>(source.data);
-    std::uint32_t state = 12345;
-    for (std::size_t i = 0; i < 3 * std::size_t{source.count}; ++i) {
-        state = state * 1664525u + 1013904223u;
-        floats[i] = i < values.size()                         ? OIIO::bit_cast<float, std::uint32_t>(values[i])
-                    : i < values.size() + std::size(specials) ? specials[i - values.size()]
-                                                              : state;
+    Vector2d<float3, true> source, rgb;
+    Vector2d<float4, true> rgba;
+    Vector2d<Rgba8, true> bytes, placed;
+    source.allocate(width, height);
+    rgb.allocate(width, height);
+    rgba.allocate(width, height);
+    placed.allocate(width, height);
+    Rgba8* const storage = placed.data;
+    fillFloats(&source.data->r, 3 * std::size_t{source.count}, values);
+    fillFloats(&rgba.data->r, 4 * std::size_t{rgba.count}, values);
+    Bytes const want8 = withOpaqueAlpha(reference(source.data, w, h, "linear", to, 3, OIIO::TypeDesc::UINT8));
+    Bytes const want4 = reference(rgba.data, w, h, "linear", to, 4, OIIO::TypeDesc::FLOAT);
+    EXPECT_TRUE(colorConfigGenerateRgba8(source, bytes, name)) << to;
+    EXPECT_TRUE(colorConfigGenerateRgba8(source, placed, name)) << to;
+    EXPECT_TRUE(colorConfigTransformRgb(source, rgb, name)) << to;
+    EXPECT_TRUE(colorConfigTransformRgb(rgba, name)) << to;
+    EXPECT_THAT(std::tuple(bytes.width, bytes.height, placed.data), FieldsAre(width, height, storage));
+    EXPECT_EQ(bytesOf(bytes.data, bytes.count), want8) << to;
+    EXPECT_EQ(bytesOf(placed.data, placed.count), want8) << to;
+    EXPECT_EQ(bytesOf(rgb.data, rgb.count), reference(source.data, w, h, "linear", to, 3, OIIO::TypeDesc::FLOAT)) << to;
+    EXPECT_EQ(bytesOf(rgba.data, rgba.count), want4) << to;
+}
+
+TEST_F(Buffers, SmallBuffersGiveColorconvertsBits)
+{
+    for (char const* name : {"sRGB", "Rec709", "linear", ""}) {
+        expectBuffersLikeColorconvert(name, 13, 7, std::nullopt);
     }
-    Vector2d<Rgba8, true> bytes;
-    EXPECT_TRUE(colorConfigGenerateRgba8(source, bytes, to.c_str())) << to;
-    EXPECT_EQ(bytesOf(bytes.data, bytes.count),
-              withOpaqueAlpha(reference(source.data, 1024, 1024, "linear", to, 3, OIIO::TypeDesc::UINT8)))
-        << to;
-    Vector2d<float3, true> rgb;
-    rgb.allocate(1024, 1024);
-    EXPECT_TRUE(colorConfigTransformRgb(source, rgb, to.c_str())) << to;
-    EXPECT_EQ(bytesOf(rgb.data, rgb.count), reference(source.data, 1024, 1024, "linear", to, 3, OIIO::TypeDesc::FLOAT))
-        << to;
-    Vector2d<float4, true> rgba; // the same floats, four to a pixel
-    rgba.allocate(1024, 768);
-    std::memcpy(rgba.data, source.data, std::size_t{rgba.count} * sizeof(float4));
-    Bytes const want = reference(rgba.data, 1024, 768, "linear", to, 4, OIIO::TypeDesc::FLOAT);
-    EXPECT_TRUE(colorConfigTransformRgb(rgba, to.c_str())) << to;
-    EXPECT_EQ(bytesOf(rgba.data, rgba.count), want) << to;
+    // A config without "sRGB": the empty name still means it, and OpenImageIO
+    // still has a processor for it.
+    loadConfig(ocioConfig({"linear", "srgb_tex"}, {"srgb_tex"}), "buffers.ocio");
+    for (char const* name : {"srgb_tex", "linear", ""}) { // "linear" is an identity here
+        expectBuffersLikeColorconvert(name, 13, 7, std::nullopt);
+    }
+    EXPECT_EQ(log.lines(), Lines{});
 }
 
 TEST_F(Buffers, FastRoutesGiveColorconvertsBitsForEveryFloat)
 {
     for (char const* to : {"sRGB", "Rec709", "linear"}) {
-        expectFastRoutesLikeColorconvert(to, true);
+        expectBuffersLikeColorconvert(to, 1024, 1024, true);
     }
     // A 1D LUT, a curve, a matrix without and one with crosstalk.
     std::string lut = "Version 1\nFrom 0 1\nLength 5\nComponents 1\n{\n";
@@ -399,7 +392,7 @@ TEST_F(Buffers, FastRoutesGiveColorconvertsBitsForEveryFloat)
 )",
                "tables.ocio");
     for (auto const& [to, tables] : {std::pair{"lut", true}, {"curve", true}, {"scaled", false}, {"mixed", false}}) {
-        expectFastRoutesLikeColorconvert(to, tables);
+        expectBuffersLikeColorconvert(to, 1024, 1024, tables);
     }
     // Every colour space of each real config in the shared folder.
     char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
@@ -414,7 +407,7 @@ TEST_F(Buffers, FastRoutesGiveColorconvertsBitsForEveryFloat)
         ASSERT_EQ(load(file), "Using specified OCIO config: " + file);
         for (std::string const& to : texts(ColorConfig::colorSpaces())) {
             if (colorConfig().createColorProcessor("linear", to, "", "")) {
-                expectFastRoutesLikeColorconvert(to, std::nullopt);
+                expectBuffersLikeColorconvert(to.c_str(), 1024, 1024, std::nullopt);
             }
         }
     }
