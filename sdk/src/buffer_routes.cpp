@@ -119,7 +119,7 @@ void applyInPlace(OIIO::ColorProcessor const& processor, float const* source, fl
             std::memcpy(first, source + std::size_t(begin) * row, std::size_t(end - begin) * row * sizeof(float));
         }
         processor.apply(first, static_cast<int>(width), static_cast<int>(end - begin), channels, sizeof(float),
-                        OIIO::stride_t(channels * sizeof(float)), OIIO::stride_t(row * sizeof(float)));
+                        OIIO::stride_t(std::size_t(channels) * sizeof(float)), OIIO::stride_t(row * sizeof(float)));
     };
     OIIO::parallel_for_chunked(0, height, 0, applyRows);
 }
