@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <type_traits>
@@ -328,6 +329,7 @@ void expectBuffersLikeColorconvert(char const* name, std::uint32_t width, std::u
     bool const built = lookup.build(*processor, direct);
     EXPECT_EQ(built, fast.value_or(built)) << to;
     if (fast == true) {
+        EXPECT_NE(detail::floatRgba8Lookup(processor), nullptr) << to;
         EXPECT_TRUE(detail::appliesLikeColorconvert(processor, 3) && detail::appliesLikeColorconvert(processor, 4));
     }
     std::vector<float> values;
@@ -412,6 +414,66 @@ TEST_F(Buffers, FastRoutesGiveColorconvertsBitsForEveryFloat)
         }
     }
     EXPECT_EQ(log.lines(), Lines{});
+}
+
+/// A direct route whose byte for channel c of a pixel is `byte(pixel, c)`;
+/// it reports `works`.
+detail::Rgba8Route routeOf(std::function<std::uint8_t(float3 const&, int)> byte, bool works = true)
+{
+    return [byte, works](float3 const* source, Rgba8* destination, std::uint32_t count) {
+        for (std::uint32_t i = 0; i < count; ++i) {
+            destination[i] = Rgba8{byte(source[i], 0), byte(source[i], 1), byte(source[i], 2), destination[i].a};
+        }
+        return works;
+    };
+}
+
+TEST_F(Buffers, TablesAreRefusedWhereTheyWouldNotGiveTheDirectRoutesBytes)
+{
+    auto const scaled = [](float v) {
+        return std::isnan(v) ? std::uint8_t{7} : static_cast<std::uint8_t>(std::clamp(v, 0.0f, 1.0f) * 255.0f + 0.5f);
+    };
+    auto const channel = [](float3 const& p, int c) { return c == 0 ? p.r : c == 1 ? p.g : p.b; };
+    // A curve of its own a channel (green's differs from the others'); then
+    // the first value that gives green 255.
+    auto const good = [&](float3 const& p, int c) { return scaled(channel(p, c) * (c == 1 ? 0.5f : 1.0f)); };
+    float top = 2.0f;
+    while (scaled(std::nextafter(top, 0.0f) * 0.5f) == 255) {
+        top = std::nextafter(top, 0.0f);
+    }
+    std::pair<detail::Rgba8Route, bool> const cases[] = {
+        {routeOf(good), true},
+        {routeOf(good, false), false},
+        {routeOf([&](float3 const& p, int c) { return std::signbit(p.b) && std::isnan(p.b) ? 9 : good(p, c); }), false},
+        {routeOf(
+             [&](float3 const& p, int c) { return channel(p, c) > 0.3f && channel(p, c) < 0.31f ? 0 : good(p, c); }),
+         false},
+        {routeOf([&](float3 const& p, int c) { return scaled(1.0f - channel(p, c)); }), false},
+        {routeOf([&](float3 const& p, int c) { return c == 0 ? scaled((p.r + p.g) / 2) : good(p, c); }), false},
+        // One value two units in the last place below green's last step.
+        {routeOf([&](float3 const& p, int c) {
+             return c == 1 && p.g == std::nextafter(std::nextafter(top, 0.0f), 0.0f) ? 255 : good(p, c);
+         }),
+         false},
+    };
+    OIIO::ColorProcessorHandle const processor = colorConfig().createColorProcessor("linear", "sRGB", "", "");
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        detail::FloatRgba8Lookup lookup;
+        EXPECT_EQ(lookup.build(*processor, cases[i].first), cases[i].second) << "case " << i;
+    }
+    // The good curve's tables give its bytes, its steps where it has them.
+    detail::FloatRgba8Lookup lookup;
+    ASSERT_TRUE(lookup.build(*processor, routeOf(good)));
+    std::vector<float> const steps = lookup.thresholds();
+    ASSERT_EQ(steps.size(), 3u * 255u);
+    EXPECT_EQ(steps[2 * 255 - 1], top);
+    Vector2d<float3, true> source;
+    source.allocate(64, 64);
+    fillFloats(&source.data->r, 3 * 64 * 64, steps);
+    std::vector<Rgba8> mine(64 * 64), theirs(64 * 64, Rgba8{0, 0, 0, 255});
+    lookup.apply(source.data, mine.data(), mine.size());
+    routeOf(good)(source.data, theirs.data(), 64 * 64);
+    EXPECT_EQ(bytesOf(mine.data(), mine.size()), bytesOf(theirs.data(), theirs.size()));
 }
 
 TEST_F(Buffers, FailuresChangeNoColour)
