@@ -398,9 +398,9 @@ TEST_F(Buffers, FastRoutesGiveColorconvertsBitsForEveryFloat)
     }
     // Every colour space of each real config in the shared folder.
     char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
-    for (char const* config :
-         {"/imageworks-nuke-default/config.ocio",
-          "/aces-cg-config-v1.0.0_aces-v1.3_ocio-v2.1/cg-config-v1.0.0_aces-v1.3_ocio-v2.1.ocio"}) {
+    for (char const* config : {"/imageworks-nuke-default/config.ocio",
+                               "/aces-cg-config-v1.0.0_aces-v1.3_ocio-v2.1/cg-config-v1.0.0_aces-v1.3_ocio-v2.1.ocio",
+                               "/ocio-v2-demo/ocio-v2_demo.ocio", "/ocio-test-context_test1/config.ocio"}) {
         std::string const path = std::string(root != nullptr ? root : "") + config;
         if (root == nullptr || !std::filesystem::is_regular_file(path)) {
             continue;
