@@ -3,7 +3,9 @@
 #include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imagebufalgo.h>
 #include <OpenImageIO/imageio.h>
+#include <OpenImageIO/strutil.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -20,14 +22,20 @@ namespace {
 
 namespace stdfs = std::filesystem;
 
-/// The temporary file of the write in progress, for the signal handler.
-char s_pendingPath[4096];
-volatile std::sig_atomic_t s_hasPending = 0;
+/// The temporary files of the writes in progress, for the signal handler:
+/// one slot per write, claimed and freed with atomic operations, which a
+/// signal handler may read.
+constexpr std::size_t kPendingSlots = 64;
+char s_pendingPaths[kPendingSlots][4096];
+/// 0: free; 1: being filled; 2: holds the path of a pending file.
+std::atomic<int> s_pendingState[kPendingSlots];
 
 void removePending()
 {
-    if (s_hasPending != 0) {
-        ::unlink(s_pendingPath);
+    for (std::size_t slot = 0; slot < kPendingSlots; ++slot) {
+        if (s_pendingState[slot].load() == 2) {
+            ::unlink(s_pendingPaths[slot]);
+        }
     }
 }
 
@@ -38,20 +46,35 @@ extern "C" void removePendingAndExit(int signalNumber)
     std::raise(signalNumber);
 }
 
+/// The suffix of a temporary file's name after the target's name:
+/// ".colorconfig-" eight hexadecimal digits ".tmp".
+constexpr char const* kTemporaryMark = ".colorconfig-";
+constexpr std::size_t kTemporaryDigits = 8;
+constexpr char const* kTemporaryEnd = ".tmp";
+
 /// A temporary file that is removed when it goes, unless it was renamed
 /// into place.
 class PendingFile {
 public:
     explicit PendingFile(std::string path) : m_path(std::move(path))
     {
-        if (m_path.size() < sizeof s_pendingPath) {
-            std::memcpy(s_pendingPath, m_path.c_str(), m_path.size() + 1);
-            s_hasPending = 1;
+        // Without a free slot, or for a longer path, a signal leaves the file
+        // behind, and the next write to the target removes it.
+        for (std::size_t slot = 0; slot < kPendingSlots && m_path.size() < sizeof s_pendingPaths[0]; ++slot) {
+            int expected = 0;
+            if (s_pendingState[slot].compare_exchange_strong(expected, 1)) {
+                std::memcpy(s_pendingPaths[slot], m_path.c_str(), m_path.size() + 1);
+                s_pendingState[slot].store(2);
+                m_slot = slot;
+                break;
+            }
         }
     }
     ~PendingFile()
     {
-        s_hasPending = 0;
+        if (m_slot < kPendingSlots) {
+            s_pendingState[m_slot].store(0);
+        }
         if (!m_committed) {
             ::unlink(m_path.c_str());
         }
@@ -74,6 +97,7 @@ public:
 private:
     std::string m_path;
     bool m_committed = false;
+    std::size_t m_slot = kPendingSlots;
 };
 
 /// OpenImageIO's stdio proxy that remembers the first short write, which
@@ -268,7 +292,7 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
         error = S_ISDIR(existing.st_mode) ? "it is a folder" : "it is not a regular file";
         return false;
     }
-    PendingFile pending(destination + ".colorconfig-" + OIIO::Filesystem::unique_path("%%%%%%%%") + ".tmp");
+    PendingFile pending(destination + kTemporaryMark + OIIO::Filesystem::unique_path("%%%%%%%%") + kTemporaryEnd);
     FILE* stream = std::fopen(pending.path().c_str(), "wbx");
     if (stream == nullptr) {
         error = std::strerror(errno);
@@ -323,6 +347,27 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
     }
     keepPermissions(pending.path(), destination);
     return pending.commit(destination, error);
+}
+
+std::size_t removeStaleTemporaries(std::string const& target)
+{
+    stdfs::path const destination(realTarget(target));
+    std::string const prefix = destination.filename().string() + kTemporaryMark;
+    std::size_t const length = prefix.size() + kTemporaryDigits + std::strlen(kTemporaryEnd);
+    std::error_code failed;
+    stdfs::path const folder = destination.has_parent_path() ? destination.parent_path() : stdfs::path(".");
+    std::size_t removed = 0;
+    for (stdfs::directory_iterator entry(folder, failed), end; !failed && entry != end; entry.increment(failed)) {
+        std::string const name = entry->path().filename().string();
+        bool const ours = name.size() == length && OIIO::Strutil::starts_with(name, prefix) &&
+                          OIIO::Strutil::ends_with(name, kTemporaryEnd) &&
+                          name.find_first_not_of("0123456789abcdef", prefix.size()) == length - 4;
+        std::error_code ignored;
+        if (ours && entry->is_regular_file(ignored) && stdfs::remove(entry->path(), ignored)) {
+            ++removed;
+        }
+    }
+    return removed;
 }
 
 void installWriteGuards()

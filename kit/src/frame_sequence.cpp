@@ -1,0 +1,118 @@
+#include <verra_sdk/kit/frame_sequence.h>
+
+#include <OpenImageIO/filesystem.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <numeric>
+
+namespace orv::verra_sdk::kit {
+
+namespace {
+
+namespace stdfs = std::filesystem;
+
+/// The printf form of the pattern in `path`'s file name, and the frame
+/// range written into it ("plate.1-10#.exr"), if any.
+bool patternOf(std::string const& path, std::string& pattern, std::string& embeddedFrames)
+{
+    stdfs::path const whole(path);
+    std::string name;
+    if (!OIIO::Filesystem::parse_pattern(whole.filename().string().c_str(), 0, name, embeddedFrames)) {
+        return false;
+    }
+    pattern = (whole.parent_path() / name).string();
+    return true;
+}
+
+/// The names of `frames` in the printf `pattern`.
+std::vector<std::string> namesOf(std::string const& pattern, std::vector<int> const& frames)
+{
+    std::vector<std::string> names;
+    OIIO::Filesystem::enumerate_file_sequence(pattern, frames, names);
+    return names;
+}
+
+} // namespace
+
+std::string sequencePattern(std::string const& path)
+{
+    std::string pattern, frames;
+    return patternOf(path, pattern, frames) ? pattern : std::string();
+}
+
+bool parseFrames(std::string const& text, std::vector<int>& frames, std::string& error)
+{
+    frames.clear();
+    if (text.find_first_not_of("0123456789-,xy ") != std::string::npos ||
+        !OIIO::Filesystem::enumerate_sequence(text, frames) || frames.empty()) {
+        frames.clear();
+        error = "malformed frame range '" + text + "' (examples: 1001-1100, 1001-1100x2, 1001,1005,1010-1020)";
+        return false;
+    }
+    return true;
+}
+
+std::string framesText(std::vector<int> const& frames)
+{
+    std::string text;
+    for (std::size_t first = 0; first < frames.size();) {
+        std::size_t last = first;
+        while (last + 1 < frames.size() && frames[last + 1] == frames[last] + 1) {
+            ++last;
+        }
+        text += (text.empty() ? "" : ",") + std::to_string(frames[first]) +
+                (last > first ? "-" + std::to_string(frames[last]) : std::string());
+        first = last + 1;
+    }
+    return text;
+}
+
+SequencePlan planSequence(std::string const& input, std::string const& output, std::string const& frames)
+{
+    SequencePlan plan;
+    std::string inPattern, outPattern, embedded, unused;
+    bool const inSequence = patternOf(input, inPattern, embedded);
+    bool const outSequence = patternOf(output, outPattern, unused);
+    if (inSequence != outSequence) {
+        plan.error = inSequence ? "'" + output + "' needs a frame pattern (#, @ or %0Nd) as its input '" + input + "' has"
+                                : "'" + output + "' has a frame pattern and its input '" + input + "' has none";
+        return plan;
+    }
+    if (!inSequence) {
+        if (!frames.empty()) {
+            plan.error = "a frame range needs a frame pattern (#, @ or %0Nd) in '" + input + "'";
+        } else {
+            plan.files.push_back({-1, input, output});
+        }
+        return plan;
+    }
+    std::vector<int> numbers;
+    std::string const range = frames.empty() ? embedded : frames;
+    if (!range.empty()) {
+        if (!parseFrames(range, numbers, plan.error)) {
+            return plan;
+        }
+    } else {
+        std::vector<std::string> found;
+        OIIO::Filesystem::scan_for_matching_filenames(inPattern, numbers, found);
+        std::sort(numbers.begin(), numbers.end());
+        numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+        if (numbers.empty()) {
+            plan.error = "no file matches '" + input + "'";
+            return plan;
+        }
+        std::vector<int> every(static_cast<std::size_t>(numbers.back() - numbers.front()) + 1);
+        std::iota(every.begin(), every.end(), numbers.front());
+        std::set_difference(every.begin(), every.end(), numbers.begin(), numbers.end(),
+                            std::back_inserter(plan.missing));
+    }
+    std::vector<std::string> const inputs = namesOf(inPattern, numbers);
+    std::vector<std::string> const outputs = namesOf(outPattern, numbers);
+    for (std::size_t i = 0; i < numbers.size() && i < inputs.size() && i < outputs.size(); ++i) {
+        plan.files.push_back({numbers[i], inputs[i], outputs[i]});
+    }
+    return plan;
+}
+
+} // namespace orv::verra_sdk::kit
