@@ -66,12 +66,19 @@ struct Finished {
     std::deque<std::size_t> items;
 };
 
+/// Why `item` failed: an output that would replace the job's own input says
+/// "its own input".
+std::string failureText(BatchItem const& item)
+{
+    return jobFailureText(item.job, item.result, item.result.message == item.job.input);
+}
+
 /// Marks `item` failed with the reason of `result`.
-void fail(BatchItem& item, JobResult result, bool oneInput)
+void fail(BatchItem& item, JobResult result)
 {
     item.state = FrameState::Failed;
     item.result = std::move(result);
-    item.reason = jobFailureText(item.job, item.result, oneInput);
+    item.reason = failureText(item);
 }
 
 /// The first pass, on the calling thread: the checks, the skips, the colour
@@ -83,7 +90,6 @@ std::vector<std::size_t> prepare(BatchRequest const& request, BatchOptions const
     for (FramePair const& pair : request.files) {
         ledger.inputs.push_back(pair.input);
     }
-    bool const oneInput = request.files.size() == 1;
     std::map<std::string, ImageOperation> operations;
     std::vector<std::size_t> pending;
     for (std::size_t i = 0; i < request.files.size(); ++i) {
@@ -95,7 +101,7 @@ std::vector<std::size_t> prepare(BatchRequest const& request, BatchOptions const
         std::string target;
         JobResult checked = checkFileJob(item.job, ledger, target);
         if (!checked.ok()) {
-            fail(item, std::move(checked), oneInput);
+            fail(item, std::move(checked));
             continue;
         }
         ledger.written.insert(target);
@@ -109,7 +115,7 @@ std::vector<std::size_t> prepare(BatchRequest const& request, BatchOptions const
         if (request.from == "auto") {
             FileColorSpace const found = colorSpaceOfFile(item.job.input);
             if (found.colorSpace.empty()) {
-                fail(item, {JobFailure::Read, found.error, 0}, oneInput);
+                fail(item, {JobFailure::Read, found.error, 0});
                 continue;
             }
             item.from = found.colorSpace;
@@ -214,7 +220,7 @@ BatchSummary runBatch(BatchRequest const& request, BatchOptions const& options)
             lock.unlock();
             BatchItem& item = summary.items[index];
             item.state = item.result.ok() ? FrameState::Converted : FrameState::Failed;
-            item.reason = jobFailureText(item.job, item.result, request.files.size() == 1);
+            item.reason = failureText(item);
             report(item);
         }
         for (std::thread& worker : workers) {

@@ -34,11 +34,11 @@ bool storesBytes(std::string const& output)
 /// The type stored for `name`, one of `outputDataTypes`; UNKNOWN otherwise.
 OIIO::TypeDesc dataTypeNamed(std::string const& name)
 {
-    return name == "uint8"                     ? OIIO::TypeDesc::UINT8
+    return name == "uint8"                        ? OIIO::TypeDesc::UINT8
            : name == "uint10" || name == "uint16" ? OIIO::TypeDesc::UINT16
-           : name == "half"                    ? OIIO::TypeDesc::HALF
-           : name == "float"                   ? OIIO::TypeDesc::FLOAT
-                                               : OIIO::TypeDesc::UNKNOWN;
+           : name == "half"                       ? OIIO::TypeDesc::HALF
+           : name == "float"                      ? OIIO::TypeDesc::FLOAT
+                                                  : OIIO::TypeDesc::UNKNOWN;
 }
 
 /// Applies `choices` to the description of `level` that is written.

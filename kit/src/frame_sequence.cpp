@@ -68,6 +68,15 @@ std::string framesText(std::vector<int> const& frames)
     return text;
 }
 
+std::vector<FramePair> intoFolder(std::vector<std::string> const& inputs, std::string const& folder)
+{
+    std::vector<FramePair> pairs;
+    for (std::string const& input : inputs) {
+        pairs.push_back({-1, input, (stdfs::path(folder) / stdfs::path(input).filename()).string()});
+    }
+    return pairs;
+}
+
 SequencePlan planSequence(std::string const& input, std::string const& output, std::string const& frames)
 {
     SequencePlan plan;
@@ -75,8 +84,9 @@ SequencePlan planSequence(std::string const& input, std::string const& output, s
     bool const inSequence = patternOf(input, inPattern, embedded);
     bool const outSequence = patternOf(output, outPattern, unused);
     if (inSequence != outSequence) {
-        plan.error = inSequence ? "'" + output + "' needs a frame pattern (#, @ or %0Nd) as its input '" + input + "' has"
-                                : "'" + output + "' has a frame pattern and its input '" + input + "' has none";
+        plan.error = inSequence
+                         ? "'" + output + "' needs a frame pattern (#, @ or %0Nd) as its input '" + input + "' has"
+                         : "'" + output + "' has a frame pattern and its input '" + input + "' has none";
         return plan;
     }
     if (!inSequence) {
@@ -104,8 +114,11 @@ SequencePlan planSequence(std::string const& input, std::string const& output, s
         }
         std::vector<int> every(static_cast<std::size_t>(numbers.back() - numbers.front()) + 1);
         std::iota(every.begin(), every.end(), numbers.front());
-        std::set_difference(every.begin(), every.end(), numbers.begin(), numbers.end(),
-                            std::back_inserter(plan.missing));
+        SequenceGap gap{input, {}};
+        std::set_difference(every.begin(), every.end(), numbers.begin(), numbers.end(), std::back_inserter(gap.frames));
+        if (!gap.frames.empty()) {
+            plan.missing.push_back(std::move(gap));
+        }
     }
     std::vector<std::string> const inputs = namesOf(inPattern, numbers);
     std::vector<std::string> const outputs = namesOf(outPattern, numbers);
@@ -113,6 +126,20 @@ SequencePlan planSequence(std::string const& input, std::string const& output, s
         plan.files.push_back({numbers[i], inputs[i], outputs[i]});
     }
     return plan;
+}
+
+SequencePlan planSequences(std::vector<FramePair> const& pairs, std::string const& frames)
+{
+    SequencePlan all;
+    for (FramePair const& pair : pairs) {
+        SequencePlan plan = planSequence(pair.input, pair.output, frames);
+        if (!plan.error.empty()) {
+            return plan;
+        }
+        all.files.insert(all.files.end(), plan.files.begin(), plan.files.end());
+        all.missing.insert(all.missing.end(), plan.missing.begin(), plan.missing.end());
+    }
+    return all;
 }
 
 } // namespace orv::verra_sdk::kit

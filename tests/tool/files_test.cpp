@@ -24,7 +24,7 @@ TEST_F(ToolFiles, NoOutputReplacesAnInputOrAnEarlierOutput)
         {{"--out-dir", file("out"), a, file("b/x.png")},
          a + " -> " + file("out/x.png") + "\n",
          "'" + file("out/x.png") + "' was already written by an earlier input; '" + file("b/x.png") + "' is skipped"},
-        {{"--out-dir", file("a"), a}, "", "'" + a + "' would replace the input '" + a + "'; choose another output"},
+        {{"--out-dir", file("a"), a}, "", "'" + a + "' would replace its own input; choose another output"},
         {{"--out-dir", file("no"), a}, "", "output folder '" + file("no") + "' does not exist or is not a folder"},
     };
     for (auto const& [tail, out, err] : cases) {

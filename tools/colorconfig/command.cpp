@@ -28,12 +28,12 @@ std::string colorSpaceNamed(std::string const& typed)
 
 std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped)
 {
-    std::string const from = colorSpaceNamed(fromTyped);
+    std::string const from = fromTyped == "auto" ? fromTyped : colorSpaceNamed(fromTyped);
     std::string const to = colorSpaceNamed(toTyped);
     if (from.empty() || to.empty()) {
         return {};
     }
-    if (std::string const problem = kit::conversionProblem(from, to); !problem.empty()) {
+    if (std::string const problem = from == "auto" ? "" : kit::conversionProblem(from, to); !problem.empty()) {
         console::error("cannot convert from '{}' to '{}': {}", from, to, problem);
         return {};
     }

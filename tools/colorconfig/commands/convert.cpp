@@ -19,7 +19,7 @@ namespace stdfs = std::filesystem;
 
 } // namespace
 
-Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
+Subcommand addConvert(CLI::App& program, CommonOptions& common)
 {
     CLI::App* app = newSubcommand(
         program, "convert", "Convert images between two colour spaces",
@@ -31,8 +31,10 @@ Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
         "8-bit format go through the module's RGBA8 transform; every other case is computed in float. A format "
         "that cannot hold every subimage or MIP level is refused. Each output is written beside its target and "
         "renamed into place only once complete, so a failed or interrupted run leaves existing files as they "
-        "were, and no output ever replaces an input. With --out-dir, a progress line is shown while standard "
-        "error is a terminal.");
+        "were, and no output ever replaces an input. IN and OUT may be frame patterns (#: four digits, @: one "
+        "digit each, %0Nd), converted at once on every core; with several files, a progress line is shown while "
+        "standard error is a terminal. --from auto takes each file's 'oiio:ColorSpace' when the config knows it, "
+        "else the file rules' guess.");
     struct ConvertOptions {
         std::string from;
         std::string to;
@@ -40,6 +42,7 @@ Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
         CLI::Option* outDirOption = nullptr;
         bool unassociatedAlpha = false;
         std::vector<std::string> files;
+        FileOptions batch;
     };
     auto options = std::make_shared<ConvertOptions>();
     addFromTo(*app, options->from, options->to, true, "The colour space of the input pixels.",
@@ -48,10 +51,11 @@ Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
         app->add_option("--out-dir", options->outDir, optionHelp("Write every output into this existing folder."))
             ->option_text("DIR");
     addUnassociatedAlpha(*app, options->unassociatedAlpha);
+    addFileOptions(*app, options->batch, common, true);
     app->add_option("IN_OUT|IN", options->files, "The input and output images, or the inputs")
         ->type_name("")
         ->required();
-    auto const run = [options] {
+    auto const run = [options, &common] {
         std::vector<std::string> const& words = options->files;
         bool const toFolder = options->outDirOption->count() > 0;
         if (!toFolder && words.size() != 2) {
@@ -66,14 +70,10 @@ Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
         if (from.empty()) {
             return ExitCode::Failure;
         }
-        kit::ImageOperation const convert = kit::conversionOperation(from, to);
-        std::vector<kit::FileJob> jobs;
-        for (std::size_t i = 0; i < (toFolder ? words.size() : 1); ++i) {
-            std::string const output =
-                toFolder ? (stdfs::path(options->outDir) / stdfs::path(words[i]).filename()).string() : words[1];
-            jobs.push_back({words[i], output, kit::Precision::KeepBytes, false, convert, options->unassociatedAlpha});
-        }
-        return runJobs(jobs, "", false);
+        auto const pairs =
+            toFolder ? kit::intoFolder(words, options->outDir) : std::vector<kit::FramePair>{{-1, words[0], words[1]}};
+        kit::FileJob const model{"", "", kit::Precision::KeepBytes, false, {}, options->unassociatedAlpha};
+        return runFiles(pairs, {{}, from, kit::conversionMaker(to), model}, options->batch, common, "");
     };
     return {app, run, false, nullptr};
 }

@@ -12,7 +12,7 @@
 
 namespace colorconfig {
 
-Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
+Subcommand addView(CLI::App& program, CommonOptions& common)
 {
     CLI::App* app = newSubcommand(
         program, "view", "Show images through a display and view of the config",
@@ -20,7 +20,7 @@ Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
         "of IN, computed in float, and writes OUT in the format that its extension names, at the input's data "
         "type. Alpha and the other channels are kept, colours are not divided by alpha, and 'oiio:ColorSpace' "
         "names the view's colour space. Without --display and --view, the config's default display and its "
-        "default view. File safety as for convert.");
+        "default view. File safety, frame patterns and --from auto as for convert.");
     struct ViewOptions {
         std::string from;
         std::string display;
@@ -28,6 +28,7 @@ Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
         std::string looks;
         bool unassociatedAlpha = false;
         std::vector<std::string> files;
+        FileOptions batch;
     };
     auto options = std::make_shared<ViewOptions>();
     app->add_option("--from", options->from, optionHelp("The colour space of the input pixels."))
@@ -40,26 +41,26 @@ Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
     app->add_option("--look", options->looks, optionHelp("Looks to apply, separated by commas."))
         ->option_text("L[,L2]");
     addUnassociatedAlpha(*app, options->unassociatedAlpha);
+    addFileOptions(*app, options->batch, common, true);
     app->add_option("IN_OUT", options->files, "The image and its result")->type_name("")->expected(2)->required();
-    auto const run = [options] {
-        std::string const from = colorSpaceNamed(options->from);
+    auto const run = [options, &common] {
+        // With "auto", the display and view are checked from the scene-linear space.
+        std::string const from = options->from == "auto" ? "linear" : colorSpaceNamed(options->from);
         if (from.empty()) {
             return ExitCode::Failure;
         }
         kit::DisplayView chosen;
         std::string message;
-        if (!kit::chooseDisplayView({from, options->display, options->view, options->looks}, chosen, message)) {
+        kit::DisplayViewRequest const request{from, options->display, options->view, options->looks};
+        if (!kit::chooseDisplayView(request, chosen, message)) {
             console::error("{}", message);
             return ExitCode::Failure;
         }
-        kit::FileJob const job{options->files[0],
-                               options->files[1],
-                               kit::Precision::Float,
-                               false,
-                               kit::displayViewOperation(chosen),
-                               options->unassociatedAlpha};
+        kit::FileJob const model{"", "", kit::Precision::Float, false, {}, options->unassociatedAlpha};
         std::string const looks = chosen.looks.empty() ? "" : ", looks " + chosen.looks;
-        return runJobs({job}, " (" + chosen.display + " / " + chosen.view + looks + ")", true);
+        return runFiles({{-1, options->files[0], options->files[1]}},
+                        {{}, options->from == "auto" ? "auto" : from, kit::displayViewMaker(request), model},
+                        options->batch, common, " (" + chosen.display + " / " + chosen.view + looks + ")");
     };
     return {app, run, false, nullptr};
 }

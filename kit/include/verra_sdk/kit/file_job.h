@@ -73,7 +73,7 @@ struct FileJob {
     /// holds (`ReadOptions::alphaUnassociated`, `writeImageFile`).
     bool alphaUnassociated = false;
     /// What changes in the output's description.
-    OutputChoices choices;
+    OutputChoices choices = {};
 };
 
 /// The step at which a job failed.

@@ -11,7 +11,8 @@
 //
 //     kit::SequencePlan const plan = kit::planSequence("in/plate.#.exr", "out/plate.%05d.png", "1001-1100x2");
 //     if (!plan.error.empty()) std::fprintf(stderr, "%s\n", plan.error.c_str());
-//     for (kit::FramePair const& pair : plan.files) ... // pair.input "in/plate.1001.exr", pair.output "out/plate.01001.png"
+//     for (kit::FramePair const& pair : plan.files) ...
+//     // pair.input "in/plate.1001.exr", pair.output "out/plate.01001.png"; then 1003, 1005...
 //
 // Ranges and patterns are parsed by OpenImageIO's file-sequence helpers.
 // Pure functions but for the folder scan of `planSequence`; any thread.
@@ -44,14 +45,26 @@ struct FramePair {
     std::string output;
 };
 
+/// The frames missing from a sequence on disk.
+struct SequenceGap {
+    /// The input, as given (a pattern).
+    std::string input;
+    /// The frames between the first and the last on disk that are missing,
+    /// ascending.
+    std::vector<int> frames;
+};
+
+/// Each of `inputs` (file names or patterns) paired with the file of the
+/// same name in `folder`.
+std::vector<FramePair> intoFolder(std::vector<std::string> const& inputs, std::string const& folder);
+
 /// The files of one input (a file name or a pattern) and its output.
 struct SequencePlan {
     /// In frame order: the frames of the range asked for, or else those on
     /// disk in ascending order.
     std::vector<FramePair> files;
-    /// Without a range: the frames between the first and the last on disk
-    /// that are missing (the gaps), ascending.
-    std::vector<int> missing;
+    /// Without a range: the gap in the frames on disk, if there is one.
+    std::vector<SequenceGap> missing;
     /// Why there is no plan: a malformed range, an output with a pattern for
     /// an input without one or the other way round, a range without a
     /// pattern, a pattern that matches no file on disk. Empty otherwise.
@@ -64,5 +77,9 @@ struct SequencePlan {
 /// frames found on disk that match `input`'s pattern. Costs one scan of the
 /// input's folder when `frames` is empty.
 SequencePlan planSequence(std::string const& input, std::string const& output, std::string const& frames);
+
+/// `planSequence` of each pair's input and output, their files and gaps one
+/// after the other; the first error ends it.
+SequencePlan planSequences(std::vector<FramePair> const& pairs, std::string const& frames);
 
 } // namespace orv::verra_sdk::kit
