@@ -3,6 +3,7 @@
 #include <verra_sdk/kit/safe_output.h>
 
 #include <OpenImageIO/imageio.h>
+#include <OpenImageIO/strutil.h>
 
 #include <filesystem>
 
@@ -41,8 +42,8 @@ OIIO::TypeDesc dataTypeNamed(std::string const& name)
                                                   : OIIO::TypeDesc::UNKNOWN;
 }
 
-/// Applies `choices` to the description of `level` that is written.
-bool applyChoices(OutputChoices const& choices, ImageLevel& level, std::string& error)
+/// Applies `choices` to the description of `level` that is written to `output`.
+bool applyChoices(OutputChoices const& choices, std::string const& output, ImageLevel& level, std::string& error)
 {
     OIIO::ImageSpec& spec = level.fileSpec;
     if (!choices.dataType.empty()) {
@@ -70,7 +71,10 @@ bool applyChoices(OutputChoices const& choices, ImageLevel& level, std::string& 
         }
     }
     if (choices.dither) {
-        spec.attribute("oiio:dither", 1);
+        // oiiotool's seed: the hash of the output's name as given (0 would
+        // turn dithering off).
+        auto const seed = static_cast<int>(OIIO::Strutil::strhash(output));
+        spec.attribute("oiio:dither", seed != 0 ? seed : 1);
     }
     return true;
 }
@@ -131,7 +135,7 @@ JobResult processFileJob(FileJob const& job)
             result.failure = JobFailure::Operation;
             return result;
         }
-        if (!applyChoices(job.choices, level, result.message)) {
+        if (!applyChoices(job.choices, job.output, level, result.message)) {
             result.failure = JobFailure::Write;
             return result;
         }

@@ -48,8 +48,8 @@ struct OutputChoices {
     /// writer's default.
     int quality = 0;
     /// True to dither values that are quantised to 8 bits or fewer from wider
-    /// data while they are written, as oiiotool's --dither does: a fixed
-    /// pattern, the same on every run.
+    /// data while they are written, as oiiotool's --dither does: the pattern
+    /// seeded by the output's name, the same on every run.
     bool dither = false;
 };
 
