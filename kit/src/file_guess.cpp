@@ -71,7 +71,11 @@ FileColorSpace colorSpaceOfFile(std::string const& path)
         found.error = orUnknown(OIIO::geterror());
         return found;
     }
-    std::string const recorded = input->spec().get_string_attribute("oiio:ColorSpace");
+    // OpenImageIO's OpenEXR reader says "Linear" of every file: no EXR file
+    // records its space there.
+    std::string const recorded = std::string(input->format_name()) == "openexr"
+                                     ? std::string()
+                                     : std::string(input->spec().get_string_attribute("oiio:ColorSpace"));
     ResolvedName resolved = recorded.empty() ? ResolvedName() : resolveColorSpace(recorded);
     if (!resolved.name.empty()) {
         found.colorSpace = std::move(resolved.name);

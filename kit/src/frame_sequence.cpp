@@ -105,7 +105,16 @@ SequencePlan planSequence(std::string const& input, std::string const& output, s
         }
     } else {
         std::vector<std::string> found;
-        OIIO::Filesystem::scan_for_matching_filenames(inPattern, numbers, found);
+        std::vector<int> matching;
+        OIIO::Filesystem::scan_for_matching_filenames(inPattern, matching, found);
+        // The scan takes more digits than the padding ("%04d" matches
+        // 01001): only the files the pattern names are frames.
+        for (std::size_t i = 0; i < matching.size() && i < found.size(); ++i) {
+            std::vector<std::string> const named = namesOf(inPattern, {matching[i]});
+            if (!named.empty() && stdfs::path(named[0]).filename() == stdfs::path(found[i]).filename()) {
+                numbers.push_back(matching[i]);
+            }
+        }
         std::sort(numbers.begin(), numbers.end());
         numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
         if (numbers.empty()) {

@@ -62,7 +62,8 @@ struct FileColorSpace {
 
 /// The colour space of the image file at `path`: the "oiio:ColorSpace" its
 /// first image records, when the configuration knows it, else
-/// `guessColorSpace(path, true)`. Costs the opening of the file (its header
+/// `guessColorSpace(path, true)`. OpenEXR files record none (OpenImageIO's
+/// reader says "Linear" of each): they are guessed. Costs the opening of the file (its header
 /// only).
 FileColorSpace colorSpaceOfFile(std::string const& path);
 
