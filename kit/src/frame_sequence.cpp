@@ -1,6 +1,7 @@
 #include <verra_sdk/kit/frame_sequence.h>
 
 #include <OpenImageIO/filesystem.h>
+#include <OpenImageIO/strutil.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -31,6 +32,35 @@ std::vector<std::string> namesOf(std::string const& pattern, std::vector<int> co
     std::vector<std::string> names;
     OIIO::Filesystem::enumerate_file_sequence(pattern, frames, names);
     return names;
+}
+
+/// The frames whose files `pattern` names in its folder: a file name with
+/// the pattern's text around a number that the pattern writes back the same
+/// ("%04d" takes 0012 and 12345, not 012).
+std::vector<int> framesOnDisk(std::string const& pattern)
+{
+    stdfs::path const whole(pattern);
+    std::string const name = whole.filename().string();
+    std::size_t const start = name.find('%');
+    std::size_t const end = name.find('d', start);
+    std::string const prefix = name.substr(0, start), suffix = name.substr(end + 1);
+    std::vector<int> frames;
+    std::error_code failed;
+    stdfs::path const folder = whole.has_parent_path() ? whole.parent_path() : stdfs::path(".");
+    for (stdfs::directory_iterator entry(folder, failed), last; !failed && entry != last; entry.increment(failed)) {
+        std::string const found = entry->path().filename().string();
+        if (found.size() <= prefix.size() + suffix.size() || !OIIO::Strutil::starts_with(found, prefix) ||
+            !OIIO::Strutil::ends_with(found, suffix)) {
+            continue;
+        }
+        OIIO::string_view digits(found.data() + prefix.size(), found.size() - prefix.size() - suffix.size());
+        int frame = 0;
+        if (OIIO::Strutil::string_is_int(digits) && OIIO::Strutil::parse_int(digits, frame) &&
+            stdfs::path(namesOf(pattern, {frame}).front()).filename() == found) {
+            frames.push_back(frame);
+        }
+    }
+    return frames;
 }
 
 } // namespace
@@ -104,17 +134,7 @@ SequencePlan planSequence(std::string const& input, std::string const& output, s
             return plan;
         }
     } else {
-        std::vector<std::string> found;
-        std::vector<int> matching;
-        OIIO::Filesystem::scan_for_matching_filenames(inPattern, matching, found);
-        // The scan takes more digits than the padding ("%04d" matches
-        // 01001): only the files the pattern names are frames.
-        for (std::size_t i = 0; i < matching.size() && i < found.size(); ++i) {
-            std::vector<std::string> const named = namesOf(inPattern, {matching[i]});
-            if (!named.empty() && stdfs::path(named[0]).filename() == stdfs::path(found[i]).filename()) {
-                numbers.push_back(matching[i]);
-            }
-        }
+        numbers = framesOnDisk(inPattern);
         std::sort(numbers.begin(), numbers.end());
         numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
         if (numbers.empty()) {

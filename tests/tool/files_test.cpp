@@ -3,6 +3,8 @@
 
 #include "tool_test.h"
 
+#include <nlohmann/json.hpp>
+
 #include <filesystem>
 
 namespace verra_test {
@@ -48,6 +50,60 @@ TEST_F(ToolFiles, UnassociatedAlphaChangesHowColoursAreRead)
     words.insert(words.begin() + 1, "--unassociated-alpha");
     ASSERT_EQ(std::get<0>(run(words)), 0);
     EXPECT_NE(floatsOf(readImage(file("plain.exr"))), floatsOf(readImage(file("unassociated.exr"))));
+}
+
+TEST_F(ToolFiles, OutputChoicesGiveOiiotoolsPixelsAndTypes)
+{
+    writeNoise(file("in.exr"), 16, 3, TypeDesc::FLOAT);
+    writeNoise(file("in.png"), 16, 3, TypeDesc::UINT8);
+    std::tuple<std::string, std::string, std::string, std::string, TypeDesc> const cases[] = {
+        {"in.exr", "-d half --compression piz", "-d half --compression piz", "x.exr", TypeDesc::HALF},
+        {"in.exr", "--dither", "--dither -d uint8", "x.png", TypeDesc::UINT8},
+        {"in.exr", "--quality 40", "--compression jpeg:40", "x.jpg", TypeDesc::UINT8},
+        {"in.png", "-d float", "-d float", "x.tif", TypeDesc::FLOAT},
+        {"in.png", "-d uint10", "-d uint10", "x.png", TypeDesc::UINT16},
+    };
+    for (auto const& [in, ours, theirs, out, type] : cases) {
+        std::filesystem::remove_all(file("a"));
+        std::filesystem::remove_all(file("b"));
+        // The same name in both folders: oiiotool seeds its dither with it.
+        EXPECT_EQ(std::get<0>(shell("cd \"$2\" && mkdir a b && cd a && \"$1\" convert --from sRGB --to linear " + ours +
+                                        " ../" + in + " " + out + " && cd ../b && oiiotool ../" + in +
+                                        " --colorconvert sRGB linear " + theirs + " -o " + out,
+                                    {m_env.dir().path()})),
+                  0)
+            << ours;
+        OIIO::ImageBuf const mine = readImage(file("a/" + out)), reference = readImage(file("b/" + out));
+        EXPECT_EQ(floatsOf(mine), floatsOf(reference)) << ours;
+        EXPECT_EQ(mine.nativespec().format, type) << ours;
+        EXPECT_EQ(mine.nativespec().get_string_attribute("compression"),
+                  reference.nativespec().get_string_attribute("compression"))
+            << ours;
+    }
+}
+
+TEST_F(ToolFiles, SequencesShowProgressOnlyOnATerminalAndSummariseInJson)
+{
+    for (char const* frame : {"7", "8", "10"}) {
+        writeNoise(file(std::string("in.") + frame + ".png"), 4, 3, TypeDesc::UINT8);
+    }
+    std::string const convert = "\"$P\" convert --from auto --to linear \"$D\"/in.%d.png \"$D\"/out.@@.tif";
+    Outcome const terminal =
+        shell("export P=\"$1\" D=\"$2\"; script -qec '" + convert + "' /dev/null", {m_env.dir().path()});
+    EXPECT_THAT(std::get<1>(terminal), HasSubstr("\r3/3 frames  "));
+    EXPECT_THAT(std::get<1>(terminal), HasSubstr(" left\033[K"));
+    Outcome const json = shell("P=\"$1\" D=\"$2\"; " + convert + " --update --json -v", {m_env.dir().path()});
+    EXPECT_EQ(std::get<0>(json), 0);
+    EXPECT_THAT(std::get<2>(json),
+                HasSubstr("colorconfig: warning: '" + file("in.%d.png") + "' misses the frames 9\n"));
+    EXPECT_THAT(std::get<2>(json), Not(HasSubstr("\r")));
+    auto const summary = nlohmann::json::parse(std::get<1>(json));
+    EXPECT_EQ(summary["missing"],
+              nlohmann::json::parse(R"([{"input": ")" + file("in.%d.png") + R"(", "frames": [9]}])"));
+    ASSERT_EQ(summary["skipped"].size(), 3u);
+    EXPECT_EQ(summary["skipped"][2]["output"], file("out.10.tif"));
+    EXPECT_EQ(summary["skipped"][2]["reason"],
+              "'" + file("out.10.tif") + "' is not older than '" + file("in.10.png") + "'");
 }
 
 } // namespace
