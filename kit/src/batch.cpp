@@ -39,12 +39,16 @@ bool upToDate(std::string const& input, std::string const& output)
 /// Sets OpenImageIO's thread attributes for a batch and restores them.
 class OiioThreads {
 public:
-    explicit OiioThreads(int threads)
+    /// `perJob` threads for each frame's work, `total` in all.
+    OiioThreads(int perJob, int total)
     {
         OIIO::getattribute("threads", m_threads);
         OIIO::getattribute("exr_threads", m_exrThreads);
-        OIIO::attribute("threads", threads);
-        OIIO::attribute("exr_threads", threads);
+        OIIO::attribute("threads", perJob);
+        // OpenEXR's pool is one for the process: with a thread per frame,
+        // each frame (de)compresses on its own thread (-1: no pool), else the
+        // frames share a pool of them all.
+        OIIO::attribute("exr_threads", perJob == 1 ? -1 : total);
     }
     ~OiioThreads()
     {
@@ -199,7 +203,7 @@ BatchSummary runBatch(BatchRequest const& request, BatchOptions const& options)
         }
     };
     {
-        OiioThreads const oiio(static_cast<int>(summary.threadsPerJob));
+        OiioThreads const oiio(static_cast<int>(summary.threadsPerJob), static_cast<int>(threads));
         std::vector<std::thread> workers;
         try {
             for (unsigned t = 0; t < summary.jobs && t < pending.size(); ++t) {
