@@ -57,14 +57,20 @@ Sequence const& sequence()
 /// The command lines of both sides, writing `prefix`.#.exr.
 std::vector<std::string> colorconfigCommand(std::string const& prefix)
 {
-    return {VERRA_COLORCONFIG_EXE, "convert", "--from", "linear", "--to", "sRGB", sequence().file("in.#.exr"),
+    return {VERRA_COLORCONFIG_EXE,
+            "convert",
+            "--from",
+            "linear",
+            "--to",
+            "sRGB",
+            sequence().file("in.#.exr"),
             sequence().file(prefix + ".#.exr")};
 }
 
 std::vector<std::string> oiiotoolCommand(std::string const& prefix)
 {
-    return {"oiiotool", "--frames", "1001-1032", sequence().file("in.#.exr"), "--colorconvert", "linear", "sRGB",
-            "-o", sequence().file(prefix + ".#.exr")};
+    return {"oiiotool", "--frames", "1001-1032", sequence().file("in.#.exr"),       "--colorconvert",
+            "linear",   "sRGB",     "-o",        sequence().file(prefix + ".#.exr")};
 }
 
 /// Runs `words` with standard output discarded; false unless it exits 0.

@@ -5,6 +5,7 @@
 
 #include "binding.h"
 
+#include <verra_sdk/kit/batch.h>
 #include <verra_sdk/kit/image_operations.h>
 #include <verra_sdk/kit/processor_check.h>
 
@@ -18,78 +19,182 @@ namespace {
 
 namespace kit = orv::verra_sdk::kit;
 
-/// Runs `job` alone, raising the program's message for a failure:
-/// ValueError when the output would replace the input, OSError when a file
-/// cannot be read or written, RuntimeError when the conversion fails.
-void runJob(kit::FileJob const& job)
+/// Where the frames of a sequence go, and how they are written.
+struct Batch {
+    std::optional<std::string> frames;
+    unsigned jobs = 0;
+    unsigned threads = 0;
+    bool update = false;
+    bool unassociatedAlpha = false;
+    kit::OutputChoices output;
+};
+
+/// Raises the program's message for a failed item: ValueError when the
+/// output would replace an input, OSError when a file cannot be read or
+/// written, RuntimeError when the conversion fails. `message` is every
+/// failure's, one a line.
+[[noreturn]] void raiseFailure(kit::BatchItem const& item, std::string const& message)
 {
-    kit::FileLedger ledger{{job.input}, {}};
-    kit::JobResult const result = kit::runFileJob(job, ledger);
-    std::string const message = kit::jobFailureText(job, result, true);
-    switch (result.failure) {
-    case kit::JobFailure::None:
-        return;
+    switch (item.result.failure) {
     case kit::JobFailure::ReplacesInput:
     case kit::JobFailure::WrittenBefore:
         throw py::value_error(message);
     case kit::JobFailure::Read:
     case kit::JobFailure::Write:
         throw FileError(message);
+    case kit::JobFailure::None:
     case kit::JobFailure::Operation:
         break;
     }
     throw std::runtime_error(message);
 }
 
-void convertFile(std::string const& input, std::string const& output, std::string const& fromTyped,
-                 std::string const& toTyped, bool unassociatedAlpha)
+/// Runs `input` to `output` (file names or frame patterns) as one batch of
+/// `request` with `batch`'s choices. Returns the summary for a pattern,
+/// None for a single file; raises for the failures, all named.
+py::object runFiles(std::string const& input, std::string const& output, kit::BatchRequest request, Batch const& batch)
 {
-    callModule([&](ErrorCapture&) {
-        std::string const from = resolvedColorSpace(fromTyped);
+    kit::SequencePlan const plan = kit::planSequence(input, output, batch.frames.value_or(""));
+    if (!plan.error.empty()) {
+        throw py::value_error(plan.error);
+    }
+    request.files = plan.files;
+    request.model.alphaUnassociated = batch.unassociatedAlpha;
+    request.model.choices = batch.output;
+    kit::BatchSummary const summary = kit::runBatch(request, {batch.jobs, batch.threads, batch.update, {}});
+    std::string failures;
+    kit::BatchItem const* first = nullptr;
+    for (kit::BatchItem const& item : summary.items) {
+        if (item.state == kit::FrameState::Failed) {
+            failures += (failures.empty() ? "" : "\n") + item.reason;
+            first = first != nullptr ? first : &item;
+        }
+    }
+    if (first != nullptr) {
+        raiseFailure(*first, failures);
+    }
+    py::gil_scoped_acquire const gil;
+    if (kit::sequencePattern(input).empty()) {
+        return py::none();
+    }
+    py::dict result;
+    py::list lists[3];
+    for (kit::BatchItem const& item : summary.items) {
+        lists[static_cast<int>(item.state)].append(text(item.files.output));
+    }
+    py::list missing;
+    for (kit::SequenceGap const& gap : plan.missing) {
+        missing.append(py::cast(gap.frames));
+    }
+    result["converted"] = lists[0];
+    result["skipped"] = lists[1];
+    result["missing"] = missing.empty() ? py::list() : py::list(missing[0]);
+    return std::move(result);
+}
+
+/// `typed`, resolved, or "auto" as it is.
+std::string fromSpace(std::string const& typed)
+{
+    return typed == "auto" ? typed : resolvedColorSpace(typed);
+}
+
+py::object convertFile(std::string const& input, std::string const& output, std::string const& fromTyped,
+                       std::string const& toTyped, Batch const& batch)
+{
+    return callModule([&](ErrorCapture&) {
+        std::string const from = fromSpace(fromTyped);
         std::string const to = resolvedColorSpace(toTyped);
-        if (std::string const problem = kit::conversionProblem(from, to); !problem.empty()) {
+        if (std::string const problem = from == "auto" ? "" : kit::conversionProblem(from, to); !problem.empty()) {
             throw std::runtime_error("cannot convert from '" + from + "' to '" + to + "': " + problem);
         }
-        runJob(
-            {input, output, kit::Precision::KeepBytes, false, kit::conversionOperation(from, to), unassociatedAlpha});
+        kit::FileJob const model{"", "", kit::Precision::KeepBytes, false, {}, false};
+        return runFiles(input, output, {{}, from, kit::conversionMaker(to), model}, batch);
     });
 }
 
-py::tuple viewFile(std::string const& input, std::string const& output, std::string const& fromTyped,
-                   std::optional<std::string> const& display, std::optional<std::string> const& view, py::handle looks,
-                   bool unassociatedAlpha)
+py::object viewFile(std::string const& input, std::string const& output, std::string const& fromTyped,
+                    std::optional<std::string> const& display, std::optional<std::string> const& view, py::handle looks,
+                    Batch const& batch)
 {
     std::string const looksWanted = looksText(looks);
-    kit::DisplayView const chosen = callModule([&](ErrorCapture&) {
-        kit::DisplayView const made = chooseView(fromTyped, display, view, looksWanted);
-        runJob({input, output, kit::Precision::Float, false, kit::displayViewOperation(made), unassociatedAlpha});
-        return made;
+    return callModule([&](ErrorCapture&) {
+        std::string const from = fromSpace(fromTyped);
+        // With "auto", the display and view are checked from the scene-linear space.
+        kit::DisplayView const made = chooseView(from == "auto" ? "linear" : from, display, view, looksWanted);
+        kit::FileJob const model{"", "", kit::Precision::Float, false, {}, false};
+        kit::DisplayViewRequest const request{from, made.display, made.view, made.looks};
+        py::object found = runFiles(input, output, {{}, from, kit::displayViewMaker(request), model}, batch);
+        // Python objects change hands only under the GIL.
+        py::gil_scoped_acquire const gil;
+        py::object const summary = std::move(found);
+        return summary.is_none() ? py::make_tuple(text(made.display), text(made.view))
+                                 : py::make_tuple(text(made.display), text(made.view), summary);
     });
-    return py::make_tuple(text(chosen.display), text(chosen.view));
 }
 
 } // namespace
 
+/// `Batch` from the keyword arguments of sequences and output choices.
+Batch batchOf(std::optional<std::string> frames, unsigned jobs, unsigned threads, bool update, bool unassociatedAlpha,
+              std::optional<std::string> const& dataType, std::optional<std::string> const& compression, int quality,
+              bool dither)
+{
+    return {std::move(frames), jobs,
+            threads,           update,
+            unassociatedAlpha, kit::OutputChoices{dataType.value_or(""), compression.value_or(""), quality, dither}};
+}
+
 void addFiles(py::module_& m)
 {
-    m.def("convert_file", &convertFile, py::arg("src"), py::arg("dst"), py::arg("from_space"), py::arg("to_space"),
-          py::kw_only(), py::arg("unassociated_alpha") = false,
+    auto const convert = [](std::string const& src, std::string const& dst, std::string const& from,
+                            std::string const& to, bool unassociatedAlpha, std::optional<std::string> frames,
+                            unsigned jobs, unsigned threads, bool update, std::optional<std::string> const& dataType,
+                            std::optional<std::string> const& compression, int quality, bool dither) {
+        return convertFile(src, dst, from, to,
+                           batchOf(std::move(frames), jobs, threads, update, unassociatedAlpha, dataType, compression,
+                                   quality, dither));
+    };
+    auto const viewWith = [](std::string const& src, std::string const& dst, std::string const& from,
+                             std::optional<std::string> const& display, std::optional<std::string> const& view,
+                             py::handle looks, bool unassociatedAlpha, std::optional<std::string> frames, unsigned jobs,
+                             unsigned threads, bool update, std::optional<std::string> const& dataType,
+                             std::optional<std::string> const& compression, int quality, bool dither) {
+        return viewFile(src, dst, from, display, view, looks,
+                        batchOf(std::move(frames), jobs, threads, update, unassociatedAlpha, dataType, compression,
+                                quality, dither));
+    };
+    m.def("convert_file", convert, py::arg("src"), py::arg("dst"), py::arg("from_space"), py::arg("to_space"),
+          py::kw_only(), py::arg("unassociated_alpha") = false, py::arg("frames") = py::none(), py::arg("jobs") = 0,
+          py::arg("threads") = 0, py::arg("update") = false, py::arg("data_type") = py::none(),
+          py::arg("compression") = py::none(), py::arg("quality") = 0, py::arg("dither") = false,
           "Converts the image file `src` from `from_space` to `to_space` into `dst`, as `colorconfig convert` "
           "does: the format is the one `dst`'s extension names; the data type, every subimage and MIP level, "
           "windows, tiling, compression, attributes and every channel but R, G and B are kept; colour "
           "multiplied by alpha is divided, converted and multiplied again; 'oiio:ColorSpace' names the new "
           "space. `dst` is written beside its target and renamed into place only once complete, and never "
-          "replaces `src`. Names are resolved as resolve_color_space() does. `unassociated_alpha`: the "
-          "input's colours are not multiplied by alpha, whatever its format says. Raises ValueError for an "
-          "unknown name or a `dst` that is `src`, RuntimeError when the conversion fails (a missing LUT "
-          "file...), OSError when a file cannot be read or written; existing files are left as they were.");
-    m.def("view_file", &viewFile, py::arg("src"), py::arg("dst"), py::arg("from_space"),
-          py::arg("display") = py::none(), py::arg("view") = py::none(), py::arg("looks") = py::tuple(), py::kw_only(),
-          py::arg("unassociated_alpha") = false,
+          "replaces `src`. Names are resolved as resolve_color_space() does; `from_space` 'auto' takes each "
+          "file's recorded space when the config knows it, else the file rules' guess. `unassociated_alpha`: the "
+          "input's colours are not multiplied by alpha, whatever its format says. `src` and `dst` may be frame "
+          "patterns (#: four digits, @: one digit each, %0Nd): the frames of `frames` ('1001-1100x2,1200'), "
+          "else those on disk, `jobs` at once (0: one per core) within `threads` threads in all (0: one per "
+          "core); `update` skips outputs not older than their input. `data_type` ('uint8', 'uint10', 'uint16', "
+          "'half', 'float'), `compression`, `quality` (JPEG, 1-100) and `dither` choose the output as oiiotool's "
+          "options do. Returns None for a file, and for a pattern a dict of the outputs 'converted' and "
+          "'skipped' and the frames 'missing' between the first and last on disk. Raises ValueError for an "
+          "unknown name, a malformed pattern or range, or a `dst` that is `src`, RuntimeError when the "
+          "conversion fails (a missing LUT file...), OSError when a file cannot be read or written; every "
+          "failed frame is named, one a line, after the others were converted; existing files are left as they "
+          "were.");
+    m.def("view_file", viewWith, py::arg("src"), py::arg("dst"), py::arg("from_space"), py::arg("display") = py::none(),
+          py::arg("view") = py::none(), py::arg("looks") = py::tuple(), py::kw_only(),
+          py::arg("unassociated_alpha") = false, py::arg("frames") = py::none(), py::arg("jobs") = 0,
+          py::arg("threads") = 0, py::arg("update") = false, py::arg("data_type") = py::none(),
+          py::arg("compression") = py::none(), py::arg("quality") = 0, py::arg("dither") = false,
           "Writes `dst`: the image file `src` through the config's display/view transform with `looks`, as "
           "`colorconfig view` does (None: the config's default display or view; looks as in apply_view()); "
-          "alpha and the other channels are kept, with convert_file()'s file safety. Returns the (display, "
-          "view) applied. Raises as convert_file() and apply_view().");
+          "alpha and the other channels are kept, with convert_file()'s file safety, patterns and keywords. "
+          "Returns the (display, view) applied, and for a pattern (display, view, summary) with convert_file()'s "
+          "summary. Raises as convert_file() and apply_view().");
 }
 
 } // namespace verra_python

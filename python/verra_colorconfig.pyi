@@ -88,8 +88,24 @@ def apply_view(
 ) -> None:
     """The config's display/view transform on float32 (H, W, 3 or 4) pixels, in place."""
 
-def convert_file(src: str, dst: str, from_space: str, to_space: str, *, unassociated_alpha: bool = False) -> None:
-    """Converts an image file as `colorconfig convert` does, with its file safety."""
+def convert_file(
+    src: str,
+    dst: str,
+    from_space: str,
+    to_space: str,
+    *,
+    unassociated_alpha: bool = False,
+    frames: Optional[str] = None,
+    jobs: int = 0,
+    threads: int = 0,
+    update: bool = False,
+    data_type: Optional[str] = None,
+    compression: Optional[str] = None,
+    quality: int = 0,
+    dither: bool = False,
+) -> Optional[Dict[str, List[Any]]]:
+    """Converts an image file or a frame sequence as `colorconfig convert` does, with its file safety;
+    for a pattern, returns {'converted': [...], 'skipped': [...], 'missing': [frames]}."""
 
 def view_file(
     src: str,
@@ -100,5 +116,14 @@ def view_file(
     looks: Looks = (),
     *,
     unassociated_alpha: bool = False,
-) -> Tuple[str, str]:
-    """An image file through a display/view, as `colorconfig view`; returns (display, view)."""
+    frames: Optional[str] = None,
+    jobs: int = 0,
+    threads: int = 0,
+    update: bool = False,
+    data_type: Optional[str] = None,
+    compression: Optional[str] = None,
+    quality: int = 0,
+    dither: bool = False,
+) -> Union[Tuple[str, str], Tuple[str, str, Dict[str, List[Any]]]]:
+    """An image file or a frame sequence through a display/view, as `colorconfig view`; returns (display, view),
+    and convert_file()'s summary for a pattern."""

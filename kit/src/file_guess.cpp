@@ -77,7 +77,9 @@ FileColorSpace colorSpaceOfFile(std::string const& path)
                                      ? std::string()
                                      : std::string(input->spec().get_string_attribute("oiio:ColorSpace"));
     ResolvedName resolved = recorded.empty() ? ResolvedName() : resolveColorSpace(recorded);
-    if (!resolved.name.empty()) {
+    // A built-in that converts only to the other built-ins is no space of the
+    // config's (OpenImageIO's readers say "sRGB" of most 8-bit files).
+    if (!resolved.name.empty() && resolved.how != NameMatch::BuiltInIsolated) {
         found.colorSpace = std::move(resolved.name);
         found.source = "oiio:ColorSpace";
         return found;

@@ -53,7 +53,8 @@ struct FileColorSpace {
     /// The colour space to convert from; empty when the file cannot be read.
     std::string colorSpace;
     /// How it was found: "oiio:ColorSpace" when the file records a space the
-    /// configuration knows (by any name `resolveColorSpace` takes), else the
+    /// configuration knows (by any name `resolveColorSpace` takes, but for a
+    /// built-in the configuration cannot convert: `BuiltInIsolated`), else the
     /// guess's step ("file rule 'R'", "name search", "extension").
     std::string source;
     /// OpenImageIO's reason when the file cannot be read.
