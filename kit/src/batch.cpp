@@ -94,6 +94,11 @@ std::vector<std::size_t> prepare(BatchRequest const& request, BatchOptions const
     for (FramePair const& pair : request.files) {
         ledger.inputs.push_back(pair.input);
     }
+    std::vector<std::string> targets;
+    for (FramePair const& pair : request.files) {
+        targets.push_back(pair.output);
+    }
+    summary.removedTemporaries = removeStaleTemporaries(targets);
     std::map<std::string, ImageOperation> operations;
     std::vector<std::size_t> pending;
     for (std::size_t i = 0; i < request.files.size(); ++i) {
@@ -109,7 +114,6 @@ std::vector<std::size_t> prepare(BatchRequest const& request, BatchOptions const
             continue;
         }
         ledger.written.insert(target);
-        summary.removedTemporaries += removeStaleTemporaries(item.job.output);
         if (options.update && upToDate(item.job.input, item.job.output)) {
             item.state = FrameState::Skipped;
             item.reason = "'" + item.job.output + "' is not older than '" + item.job.input + "'";
@@ -149,8 +153,8 @@ std::string progressText(BatchProgress const& progress)
 {
     char text[128];
     int length = std::snprintf(text, sizeof text, "%zu/%zu frames", progress.done, progress.total);
-    if (progress.seconds > 0.0 && progress.done > 0) {
-        double const rate = static_cast<double>(progress.done) / progress.seconds;
+    if (progress.seconds > 0.0 && progress.worked > 0) {
+        double const rate = static_cast<double>(progress.worked) / progress.seconds;
         auto const left = static_cast<long long>(static_cast<double>(progress.total - progress.done) / rate + 0.5);
         length += std::snprintf(text + length, sizeof text - static_cast<std::size_t>(length),
                                 "  %.1f/s  %lld:%02lld left", rate, left / 60, left % 60);
@@ -172,7 +176,7 @@ BatchSummary runBatch(BatchRequest const& request, BatchOptions const& options)
     summary.jobs = std::max(1u, std::min(wanted, static_cast<unsigned>(std::max<std::size_t>(pending.size(), 1))));
     summary.threadsPerJob = std::max(1u, threads / summary.jobs);
 
-    BatchProgress progress{0, request.files.size(), 0.0, nullptr};
+    BatchProgress progress{0, 0, request.files.size(), 0.0, nullptr};
     auto const report = [&](BatchItem const& item) {
         ++progress.done;
         progress.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
@@ -196,6 +200,8 @@ BatchSummary runBatch(BatchRequest const& request, BatchOptions const& options)
                 item.result = processFileJob(item.job);
             } catch (std::exception const& error) {
                 item.result = {JobFailure::Operation, error.what(), 0};
+            } catch (...) {
+                item.result = {JobFailure::Operation, "unknown error", 0};
             }
             std::lock_guard<std::mutex> const lock(finished.mutex);
             finished.items.push_back(pending[n]);
@@ -225,6 +231,7 @@ BatchSummary runBatch(BatchRequest const& request, BatchOptions const& options)
             BatchItem& item = summary.items[index];
             item.state = item.result.ok() ? FrameState::Converted : FrameState::Failed;
             item.reason = failureText(item);
+            ++progress.worked;
             report(item);
         }
         for (std::thread& worker : workers) {

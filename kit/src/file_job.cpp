@@ -65,9 +65,10 @@ bool applyChoices(OutputChoices const& choices, std::string const& output, Image
     if (choices.quality > 0) {
         // The quality goes with the compression asked for, else JPEG's in a
         // JPEG file, else the input's compression.
-        std::string const compression = !choices.compression.empty()      ? choices.compression
-                                        : formatForPath(output) == "jpeg" ? std::string("jpeg")
-                                                                          : std::string(spec.get_string_attribute("compression"));
+        std::string const compression = !choices.compression.empty() ? choices.compression
+                                        : formatForPath(output) == "jpeg"
+                                            ? std::string("jpeg")
+                                            : std::string(spec.get_string_attribute("compression"));
         std::string const name = compression.substr(0, compression.find(':'));
         spec.attribute("CompressionQuality", choices.quality);
         if (!name.empty()) {

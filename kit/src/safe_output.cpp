@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <map>
+#include <set>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -349,22 +351,31 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
     return pending.commit(destination, error);
 }
 
-std::size_t removeStaleTemporaries(std::string const& target)
+std::size_t removeStaleTemporaries(std::vector<std::string> const& targets)
 {
-    stdfs::path const destination(realTarget(target));
-    std::string const prefix = destination.filename().string() + kTemporaryMark;
-    std::size_t const length = prefix.size() + kTemporaryDigits + std::strlen(kTemporaryEnd);
-    std::error_code failed;
-    stdfs::path const folder = destination.has_parent_path() ? destination.parent_path() : stdfs::path(".");
+    // The targets' names by folder: each folder is read once.
+    std::map<stdfs::path, std::set<std::string>> folders;
+    for (std::string const& target : targets) {
+        stdfs::path const destination(realTarget(target));
+        folders[destination.has_parent_path() ? destination.parent_path() : stdfs::path(".")].insert(
+            destination.filename().string());
+    }
+    std::size_t const suffix = std::strlen(kTemporaryMark) + kTemporaryDigits + std::strlen(kTemporaryEnd);
     std::size_t removed = 0;
-    for (stdfs::directory_iterator entry(folder, failed), end; !failed && entry != end; entry.increment(failed)) {
-        std::string const name = entry->path().filename().string();
-        bool const ours = name.size() == length && OIIO::Strutil::starts_with(name, prefix) &&
-                          OIIO::Strutil::ends_with(name, kTemporaryEnd) &&
-                          name.find_first_not_of("0123456789abcdef", prefix.size()) == length - 4;
-        std::error_code ignored;
-        if (ours && entry->is_regular_file(ignored) && stdfs::remove(entry->path(), ignored)) {
-            ++removed;
+    for (auto const& [folder, names] : folders) {
+        std::error_code failed;
+        for (stdfs::directory_iterator entry(folder, failed), end; !failed && entry != end; entry.increment(failed)) {
+            std::string const name = entry->path().filename().string();
+            std::size_t const base = name.size() > suffix ? name.size() - suffix : 0;
+            bool const ours = base > 0 && name.compare(base, std::strlen(kTemporaryMark), kTemporaryMark) == 0 &&
+                              OIIO::Strutil::ends_with(name, kTemporaryEnd) &&
+                              name.find_first_not_of("0123456789abcdef", base + std::strlen(kTemporaryMark)) ==
+                                  name.size() - std::strlen(kTemporaryEnd) &&
+                              names.count(name.substr(0, base)) != 0;
+            std::error_code ignored;
+            if (ours && entry->is_regular_file(ignored) && stdfs::remove(entry->path(), ignored)) {
+                ++removed;
+            }
         }
     }
     return removed;

@@ -89,7 +89,11 @@ struct BatchItem {
 
 /// Where a batch is, for a progress line.
 struct BatchProgress {
+    /// Frames ended, skipped or refused ones included.
     std::size_t done = 0;
+    /// Frames ended that were worked on (read, converted, written or failed
+    /// on the way): the rate's.
+    std::size_t worked = 0;
     std::size_t total = 0;
     /// Seconds since the batch started.
     double seconds = 0.0;
@@ -98,8 +102,8 @@ struct BatchProgress {
 };
 
 /// "37/120 frames  4.1/s  0:20 left": frames ended of the total, the rate of
-/// those converted or failed, and the time left at that rate (shown once a
-/// frame was worked on).
+/// those worked on, and the time left at that rate (shown once a frame was
+/// worked on).
 std::string progressText(BatchProgress const& progress);
 
 /// What a batch did.

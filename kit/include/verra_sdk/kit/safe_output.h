@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace orv::verra_sdk::kit {
 
@@ -33,14 +34,14 @@ namespace orv::verra_sdk::kit {
 /// a copy of a level converted so, and for TIFF and HEIF a read back.
 bool writeImageFile(std::string const& target, ImageFile const& file, std::string& error);
 
-/// Removes the temporary files that writes to `target` (or the file it links
-/// to) left beside it when their program was killed before it could remove
-/// them: the files of the target's folder named as `writeImageFile` names its
-/// temporary files for that target ("NAME.colorconfig-XXXXXXXX.tmp"), and no
-/// others. Returns how many were removed; errors are passed over. Call it
-/// before writing, never while another write to the same target runs. Costs
-/// one read of the folder.
-std::size_t removeStaleTemporaries(std::string const& target);
+/// Removes the temporary files that writes to `targets` (or the files they
+/// link to) left beside them when their program was killed before it could
+/// remove them: the files of the targets' folders named as `writeImageFile`
+/// names its temporary files for one of them
+/// ("NAME.colorconfig-XXXXXXXX.tmp"), and no others. Returns how many were
+/// removed; errors are passed over. Call it before writing, never while
+/// another write to one of the targets runs. Costs one read of each folder.
+std::size_t removeStaleTemporaries(std::vector<std::string> const& targets);
 
 /// Makes SIGINT, SIGTERM, SIGHUP and SIGQUIT, and an exit() from inside a
 /// library, remove the temporary files of the writes in progress before the
