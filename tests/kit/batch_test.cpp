@@ -19,10 +19,19 @@ using ::testing::HasSubstr;
 using State = kit::FrameState;
 using Batch = KitTest;
 
+std::vector<State> statesOf(kit::BatchSummary const& summary)
+{
+    std::vector<State> states;
+    for (kit::BatchItem const& item : summary.items) {
+        states.push_back(item.state);
+    }
+    return states;
+}
+
 TEST_F(Batch, FramesRunAtOnceGiveTheBytesOfOneJobAfterAnotherAndFailAlone)
 {
-    for (char const* frame : {"1", "2", "4", "5"}) {
-        writeNoise(file(std::string("in.") + frame + ".exr"), 24, 4, OIIO::TypeDesc::HALF);
+    for (std::string const frame : {"1", "2", "4", "5"}) {
+        writeNoise(file("in." + frame + ".exr"), 24, 4, OIIO::TypeDesc::HALF);
     }
     std::string const whole = readFile(file("in.4.exr"));
     m_env.dir().write("in.3.exr", whole.substr(0, whole.size() / 2));
@@ -39,35 +48,26 @@ TEST_F(Batch, FramesRunAtOnceGiveTheBytesOfOneJobAfterAnotherAndFailAlone)
                               }};
     kit::BatchSummary const summary = kit::runBatch(request, options);
     EXPECT_THAT(done, ElementsAre(1, 2, 3, 4, 5));
-    EXPECT_EQ(summary.jobs, 2u);
     EXPECT_EQ(summary.removedTemporaries, 1u);
     EXPECT_FALSE(std::filesystem::exists(leftover));
     EXPECT_TRUE(std::filesystem::exists(other));
-    EXPECT_THAT(summary.items,
-                ElementsAre(Field(&kit::BatchItem::state, State::Converted), _,
-                            Field(&kit::BatchItem::reason, HasSubstr("cannot read '" + file("in.3.exr"))), _, _));
-    EXPECT_EQ(std::make_tuple(summary.converted, summary.skipped, summary.failed), std::make_tuple(4u, 0u, 1u));
-    EXPECT_FALSE(std::filesystem::exists(file("out.3.exr")));
-    for (char const* frame : {"1", "2", "4", "5"}) {
-        kit::FileLedger ledger;
-        std::string const in = file(std::string("in.") + frame + ".exr"),
-                          alone = file(std::string("alone.") + frame + ".exr");
-        ASSERT_TRUE(
-            kit::runFileJob({in, alone, kit::Precision::KeepBytes, false, kit::conversionOperation("linear", "sRGB")},
-                            ledger)
-                .ok());
-        EXPECT_EQ(readFile(file(std::string("out.") + frame + ".exr")), readFile(alone)) << frame;
+    EXPECT_THAT(statesOf(summary),
+                ElementsAre(State::Converted, State::Converted, State::Failed, State::Converted, State::Converted));
+    EXPECT_THAT(summary.items[2].reason, HasSubstr("cannot read '" + file("in.3.exr")));
+    kit::FileLedger ledger;
+    for (std::string const frame : {"1", "2", "4", "5"}) {
+        kit::ImageOperation const alone = kit::conversionOperation("linear", "sRGB");
+        ASSERT_TRUE(kit::runFileJob({file("in." + frame + ".exr"), file("alone.exr"), {}, false, alone}, ledger).ok());
+        EXPECT_EQ(readFile(file("out." + frame + ".exr")), readFile(file("alone.exr"))) << frame;
+        ledger.written.clear();
     }
     // Again with update: what was written is skipped; a newer input, a missing output and the failed frame run.
     std::filesystem::last_write_time(file("in.2.exr"),
                                      std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
     std::filesystem::remove(file("out.4.exr"));
     options.update = true;
-    std::vector<State> states;
-    for (kit::BatchItem const& item : kit::runBatch(request, options).items) {
-        states.push_back(item.state);
-    }
-    EXPECT_THAT(states, ElementsAre(State::Skipped, State::Converted, State::Failed, State::Converted, State::Skipped));
+    EXPECT_THAT(statesOf(kit::runBatch(request, options)),
+                ElementsAre(State::Skipped, State::Converted, State::Failed, State::Converted, State::Skipped));
 }
 
 TEST_F(Batch, AutoTakesTheSpaceTheFileRecordsWhenTheConfigKnowsIt)
