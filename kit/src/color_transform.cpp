@@ -1,5 +1,8 @@
 #include <verra_sdk/kit/color_transform.h>
 
+#include <verra_sdk/kit/names.h>
+#include <verra_sdk/kit/processor_check.h>
+
 #include "current_config.h"
 #include "processors.h"
 
@@ -11,26 +14,12 @@ namespace {
 
 namespace OCIO = OCIO_NAMESPACE;
 
-/// Puts the config's spelling of the colour space `name` in it; false with
-/// a message when the config has none.
-bool configSpelling(OCIO::Config const& config, std::string& name, std::string& error)
-{
-    std::string const spelled = detail::configSpace(config, name);
-    if (spelled.empty()) {
-        error = "'" + name + "' is not one of the config's colour spaces (a built-in the config does not have); "
-                             "looks and context variables need the config's";
-        return false;
-    }
-    name = spelled;
-    return true;
-}
-
 /// What failed when the processor of `transform` could not be built.
 std::string failureOf(ColorTransform const& transform)
 {
     if (!transform.lutFile.empty()) {
-        return "cannot " + std::string(transform.invert ? "invert" : "read") + " the LUT file '" +
-               transform.lutFile + "'";
+        return "cannot " + std::string(transform.invert ? "invert" : "read") + " the LUT file '" + transform.lutFile +
+               "'";
     }
     return "cannot convert from '" + transform.from + "' to '" + transform.to + "'" +
            (transform.looks.empty() ? "" : " with the looks '" + transform.looks + "'");
@@ -51,18 +40,36 @@ bool parseContextVariable(std::string const& word, std::pair<std::string, std::s
 bool chooseColorTransform(ColorTransform& transform, std::string& error)
 {
     OCIO::ConstConfigRcPtr const config = detail::configOrRaw();
+    if (!transform.lutFile.empty() && !(transform.from + transform.to + transform.looks).empty()) {
+        error = "a LUT file is applied alone, without colour spaces or looks";
+        return false;
+    }
     if (transform.lutFile.empty()) {
+        for (std::string* name : {&transform.from, &transform.to}) {
+            std::string const typed = std::move(*name);
+            *name = resolveColorSpace(typed).name;
+            if (name->empty()) {
+                error = unknownColorSpaceText(typed);
+                return false;
+            }
+        }
+        transform.result = transform.to;
+        if (transform.plain()) {
+            std::string const problem = conversionProblem(transform.from, transform.to);
+            error = problem.empty() ? "" : failureOf(transform) + ": " + problem;
+            return problem.empty();
+        }
         if (!detail::currentOcio()) {
             error = "the built-in colour spaces have no looks or context variables; give a config with --config";
             return false;
         }
         std::string looks;
-        if (!configSpelling(*config, transform.from, error) || !configSpelling(*config, transform.to, error) ||
+        if (!detail::configSpaceNamed(*config, transform.from, error) ||
+            !detail::configSpaceNamed(*config, transform.to, error) ||
             !detail::chooseLooks(*config, transform.looks, looks, error)) {
             return false;
         }
         transform.looks = looks;
-        transform.result = transform.to;
     } else {
         std::error_code ignored;
         std::filesystem::path const absolute = std::filesystem::absolute(transform.lutFile, ignored);

@@ -38,11 +38,8 @@ std::vector<std::string> viewsOf(OCIO::Config const& config, std::string const& 
 bool choose(OCIO::ConstConfigRcPtr const& config, DisplayViewRequest const& request, DisplayView& chosen,
             std::string& error)
 {
-    chosen.from = detail::configSpace(*config, request.from);
-    if (chosen.from.empty()) {
-        error = "'" + request.from +
-                "' is a built-in colour space that this config does not have; the display "
-                "transform needs one of the config's";
+    chosen.from = request.from;
+    if (!detail::configSpaceNamed(*config, chosen.from, error)) {
         return false;
     }
     std::vector<std::string> const displays = displaysOf(*config);

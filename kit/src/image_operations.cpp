@@ -30,6 +30,9 @@ ImageOperation displayViewOperation(DisplayView const& transform)
 
 ImageOperation colorTransformOperation(ColorTransform const& transform)
 {
+    if (transform.plain()) {
+        return conversionOperation(transform.from, transform.to);
+    }
     return [transform](ImageLevel& level, std::string& error) {
         auto const apply = [&transform](OIIO::ImageBuf& pixels, std::string& reason) {
             return applyColorTransform(transform, pixels, reason);

@@ -36,21 +36,20 @@ std::string formatFor(LutBake const& request, std::string const& output, std::st
 {
     std::string const extension =
         Strutil::lower(Strutil::lstrip(std::filesystem::path(output).extension().string(), "."));
-    std::vector<std::string> known;
     for (LutFormat const& format : lutFormats()) {
         if (request.format.empty() ? format.extension == extension : Strutil::iequals(format.name, request.format)) {
             return format.name;
         }
-        known.push_back(format.name + " (." + format.extension + ")");
     }
     error = (request.format.empty() ? "no LUT format writes '." + extension + "' files"
                                     : "unknown LUT format '" + request.format + "'") +
-            "; the formats: " + Strutil::join(known, ", ");
+            "; the formats: " + lutFormatNames();
     return {};
 }
 
-/// The exact processor of `request` from its colour space, checked against
-/// the config with the valid choices in `error`; null when a name is wrong.
+/// The exact processor of `request` from its colour space, names as the
+/// user typed them, checked against the config with the valid choices in
+/// `error`; null when a name is wrong.
 OCIO::ConstProcessorRcPtr exactProcessor(OCIO::ConstConfigRcPtr const& config, LutBake const& request,
                                          std::string& error)
 {
@@ -63,7 +62,9 @@ OCIO::ConstProcessorRcPtr exactProcessor(OCIO::ConstConfigRcPtr const& config, L
         return detail::displayViewProcessor(config, chosen);
     }
     ColorTransform transform{request.from, request.to, request.looks, "", false, request.context, ""};
-    if (!chooseColorTransform(transform, error)) {
+    // A plain conversion keeps the module's names: the config's are baked.
+    if (!chooseColorTransform(transform, error) || !detail::configSpaceNamed(*config, transform.from, error) ||
+        !detail::configSpaceNamed(*config, transform.to, error)) {
         return nullptr;
     }
     return detail::colorTransformProcessor(config, transform);
@@ -128,9 +129,13 @@ void measure(std::string const& path, OCIO::ConstProcessorRcPtr const& exact, OC
     }
 }
 
-bool bake(OCIO::ConstConfigRcPtr const& config, LutBake const& request, std::string const& output,
-          BakeReport& report, std::string& error)
+bool bake(OCIO::ConstConfigRcPtr const& config, LutBake const& request, std::string const& output, BakeReport& report,
+          std::string& error)
 {
+    if (request.size != 0 && (request.size < 2 || request.size > 129)) {
+        error = "the cube size must be from 2 to 129, not " + std::to_string(request.size);
+        return false;
+    }
     std::string const format = formatFor(request, output, error);
     OCIO::ConstProcessorRcPtr const exact = format.empty() ? nullptr : exactProcessor(config, request, error);
     if (!exact) {
@@ -138,13 +143,12 @@ bool bake(OCIO::ConstConfigRcPtr const& config, LutBake const& request, std::str
     }
     OCIO::ConstProcessorRcPtr shaper;
     if (!request.shaper.empty()) {
-        std::string const space = detail::configSpace(*config, request.shaper);
-        if (space.empty()) {
-            error = "unknown shaper colour space '" + request.shaper + "'";
+        std::string from = request.from;
+        std::string space = request.shaper;
+        if (!detail::configSpaceNamed(*config, from, error) || !detail::configSpaceNamed(*config, space, error)) {
             return false;
         }
-        shaper = config->getProcessor(detail::contextWith(*config, request.context),
-                                      detail::configSpace(*config, request.from).c_str(), space.c_str());
+        shaper = config->getProcessor(detail::contextWith(*config, request.context), from.c_str(), space.c_str());
     }
     // The Baker bakes from one colour space of a config to another, and has
     // no display/view target: on a copy of the config, the input is a space
@@ -174,7 +178,11 @@ bool bake(OCIO::ConstConfigRcPtr const& config, LutBake const& request, std::str
     }
     report.format = format;
     std::error_code ignored;
-    measure(std::filesystem::absolute(output, ignored).string(), exact, shaper, report);
+    try {
+        measure(std::filesystem::absolute(output, ignored).string(), exact, shaper, report);
+    } catch (OCIO::Exception const& exception) {
+        report.unmeasured = "OpenColorIO cannot read it back: " + detail::oneLine(exception.what());
+    }
     return true;
 }
 
@@ -187,6 +195,15 @@ std::vector<LutFormat> lutFormats()
         formats.push_back({OCIO::Baker::getFormatNameByIndex(i), OCIO::Baker::getFormatExtensionByIndex(i)});
     }
     return formats;
+}
+
+std::string lutFormatNames()
+{
+    std::string names;
+    for (LutFormat const& format : lutFormats()) {
+        names += (names.empty() ? "" : ", ") + format.name + " (." + format.extension + ")";
+    }
+    return names;
 }
 
 bool bakeLut(LutBake const& request, std::string const& output, BakeReport& report, std::string& error)

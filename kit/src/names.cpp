@@ -133,6 +133,16 @@ std::vector<std::string> closestColorSpaces(std::string_view typed, std::size_t 
     return closestNames(typed, known, limit);
 }
 
+std::string unknownColorSpaceText(std::string_view typed)
+{
+    std::string closest;
+    for (std::string const& name : closestColorSpaces(typed)) {
+        closest += (closest.empty() ? "'" : ", '") + name + "'";
+    }
+    return "unknown colour space '" + std::string(typed) + "'" +
+           (closest.empty() ? " ('colorconfig info' lists them all)" : "; closest: " + closest);
+}
+
 std::vector<std::string> inactiveColorSpaces()
 {
     // All colour spaces but the active ones: OpenColorIO's own index of the

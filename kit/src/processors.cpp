@@ -2,6 +2,8 @@
 
 #include "current_config.h"
 
+#include <verra_sdk/kit/names.h>
+
 #include <OpenImageIO/parallel.h>
 #include <OpenImageIO/strutil.h>
 
@@ -44,6 +46,24 @@ std::string configSpace(OCIO::Config const& config, std::string const& name)
         space = config.getColorSpace(OCIO::ROLE_SCENE_LINEAR);
     }
     return space ? space->getName() : std::string();
+}
+
+bool configSpaceNamed(OCIO::Config const& config, std::string& name, std::string& error)
+{
+    std::string const resolved = resolveColorSpace(name).name;
+    if (resolved.empty()) {
+        error = unknownColorSpaceText(name);
+        return false;
+    }
+    std::string const spelled = configSpace(config, resolved);
+    if (spelled.empty()) {
+        error = "'" + resolved +
+                "' is a built-in colour space that this config does not have; this transform "
+                "needs one of the config's";
+        return false;
+    }
+    name = spelled;
+    return true;
 }
 
 bool chooseLooks(OCIO::Config const& config, std::string const& request, std::string& looks, std::string& error)

@@ -27,6 +27,12 @@ std::string matching(std::string const& wanted, std::vector<std::string> const& 
 /// scene_linear role. Empty when the config has no such space.
 std::string configSpace(OCIO_NAMESPACE::Config const& config, std::string const& name);
 
+/// Puts in `name`, a colour-space name as the user typed it, the config's
+/// spelling of it (resolved as `resolveColorSpace` does, then as
+/// `configSpace`); false with a message when it names no colour space of
+/// the config (`unknownColorSpaceText` for one it does not know at all).
+bool configSpaceNamed(OCIO_NAMESPACE::Config const& config, std::string& name, std::string& error);
+
 /// The looks of `request` ("a, +b, -c") in the config's spelling, each with
 /// the + or - it was given, into `looks`; false with a message naming the
 /// config's looks for an unknown one.
@@ -35,8 +41,7 @@ bool chooseLooks(OCIO_NAMESPACE::Config const& config, std::string const& reques
 
 /// The config's current context with `variables` set, as the environment
 /// would set them; the current context itself when there are none.
-OCIO_NAMESPACE::ConstContextRcPtr contextWith(OCIO_NAMESPACE::Config const& config,
-                                              ContextVariables const& variables);
+OCIO_NAMESPACE::ConstContextRcPtr contextWith(OCIO_NAMESPACE::Config const& config, ContextVariables const& variables);
 
 /// The configuration of the latest `loadConfig`, or a raw one (no colour
 /// spaces but "raw") when only the built-in colour spaces are in use.

@@ -49,24 +49,34 @@ struct ColorTransform {
     /// (`to`); empty after a LUT file, whose result is not a named space.
     /// Set by `chooseColorTransform`.
     std::string result;
+
+    /// True for a plain conversion from `from` to `to`: no looks, LUT file
+    /// or context variables. The module converts it, with its built-in
+    /// colour spaces and its 8-bit route.
+    bool plain() const { return looks.empty() && lutFile.empty() && context.empty(); }
 };
 
 /// Checks `transform` against the configuration of the latest `loadConfig`
-/// and builds its processor once with OpenColorIO: names become the config's
+/// and builds its processor once with OpenColorIO. The colour spaces are
+/// names as the user typed them, resolved as `resolveColorSpace` resolves
+/// them; a plain conversion keeps the module's names and is checked as
+/// `conversionProblem` checks it; otherwise names become the config's
 /// spelling ("linear" stands for the scene_linear role when the config has
-/// no such space), the LUT file an absolute path; a LUT file needs no
-/// configuration file. False, with `transform` unspecified and a message in
-/// `error`: an unknown colour space or look (with the config's looks), a
-/// built-in colour space the config lacks, or OpenColorIO's reason when the
+/// no such space), looks the config's, and the LUT file an absolute path (a
+/// LUT file needs no configuration file). False, with `transform`
+/// unspecified and a message in `error`: an unknown colour space
+/// (`unknownColorSpaceText`) or look (with the config's looks), a built-in
+/// colour space the config lacks, or OpenColorIO's reason when the
 /// processor cannot be built (a LUT file it cannot read, a transform that
 /// cannot be inverted, a file a context variable names that is missing).
 bool chooseColorTransform(ColorTransform& transform, std::string& error);
 
-/// Applies `transform` (checked by `chooseColorTransform`) to the FLOAT RGB
-/// or RGBA `pixels` in place through OpenColorIO's CPU processor: the three
-/// colour channels, rows split across OpenImageIO's thread pool; alpha is
-/// left exactly as it was. False, with the reason in `error`, for other
-/// pixel types or channel counts, or when OpenColorIO fails.
+/// Applies `transform` (checked by `chooseColorTransform`, not plain) to
+/// the FLOAT RGB or RGBA `pixels` in place through OpenColorIO's CPU
+/// processor: the three colour channels, rows split across OpenImageIO's
+/// thread pool; alpha is left exactly as it was. False, with the reason in
+/// `error`, for other pixel types or channel counts, or when OpenColorIO
+/// fails.
 bool applyColorTransform(ColorTransform const& transform, OIIO::ImageBuf& pixels, std::string& error);
 
 } // namespace orv::verra_sdk::kit

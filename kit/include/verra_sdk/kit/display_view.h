@@ -33,7 +33,7 @@ struct DisplayView {
 };
 
 /// What the user asked for: empty display or view means the config's
-/// default, and `from` is a name the tool already resolved.
+/// default; `from` is a colour-space name as the user typed it.
 struct DisplayViewRequest {
     std::string from;
     std::string display;
@@ -47,8 +47,9 @@ struct DisplayViewRequest {
 /// (the built-in colour spaces alone have no displays) and builds the
 /// transform's processor once with OpenColorIO. Every display and every view
 /// of a display is accepted, active or not (its own views, then the shared
-/// ones it uses); names match exactly, else apart from case; "linear" stands
-/// for the scene_linear role when the config has no such space. Looks given
+/// ones it uses); names match exactly, else apart from case; `from` is
+/// resolved as `resolveColorSpace` resolves it, and "linear" stands for the
+/// scene_linear role when the config has no such space. Looks given
 /// replace the view's own looks; none keeps them. `inverse` and `context`
 /// are passed on. On success fills `chosen`; else leaves it as it was and
 /// returns false, with a message in `error` that names the valid choices for

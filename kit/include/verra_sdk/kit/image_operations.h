@@ -30,9 +30,10 @@ ImageOperation conversionOperation(std::string const& from, std::string const& t
 ImageOperation displayViewOperation(DisplayView const& transform);
 
 /// Applies `transform` (checked by `chooseColorTransform`) to each image's
-/// colour channels as `displayViewOperation` applies a view; the image's
+/// colour channels: a plain one as `conversionOperation` does, others as
+/// `displayViewOperation` applies a view, on FLOAT images only. The image's
 /// "oiio:ColorSpace" becomes the transform's result, and is removed after a
-/// LUT file. Run it on FLOAT images.
+/// LUT file.
 ImageOperation colorTransformOperation(ColorTransform const& transform);
 
 /// Makes each image its opaque 8-bit preview: the colour channels (grey

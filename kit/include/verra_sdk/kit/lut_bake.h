@@ -36,9 +36,13 @@ struct LutFormat {
 /// extension (cube, 3dl). Cheap.
 std::vector<LutFormat> lutFormats();
 
+/// Every format of `lutFormats` as "name (.extension)", joined by ", ".
+std::string lutFormatNames();
+
 /// What to bake: from `from` either to the colour space `to`, or (with `to`
 /// empty) through the display `display` and its view `view` (empty: the
-/// config's defaults), with `looks` in both cases.
+/// config's defaults), with `looks` in both cases. Colour spaces are names
+/// as the user typed them (`resolveColorSpace`).
 struct LutBake {
     std::string from;
     std::string to;
@@ -68,6 +72,9 @@ struct BakeReport {
     /// `samples` input colours spread over the range the LUT covers.
     double largestError = 0.0;
     std::size_t samples = 0;
+    /// Why the file was not measured, when OpenColorIO cannot read back what
+    /// its Baker wrote (a Houdini LUT holding a cube); empty when it was.
+    std::string unmeasured;
 };
 
 /// Bakes `request` into the LUT file `output` through OpenColorIO's Baker on
@@ -79,7 +86,7 @@ struct BakeReport {
 /// message in `error`: a format the Baker lacks (with the formats it has),
 /// an unknown colour space, display, view or look (with the valid choices),
 /// no configuration file, OpenColorIO's reason when the transform or the
-/// bake fails, or why the file cannot be written or read back. Costs the
+/// bake fails, or why the file cannot be written. Costs the
 /// bake and about 30,000 colours through two processors.
 bool bakeLut(LutBake const& request, std::string const& output, BakeReport& report, std::string& error);
 
