@@ -34,21 +34,21 @@ bool parseContextVariable(std::string const& word, std::pair<std::string, std::s
 /// the LUT file `lutFile` alone (then `from`, `to` and `looks` are empty).
 struct ColorTransform {
     /// Colour spaces, as the colour-space list or the config names them.
-    std::string from;
-    std::string to;
+    std::string from = {};
+    std::string to = {};
     /// Looks as OpenColorIO takes them ("a, +b, -c"), applied in each look's
     /// process space between `from` and `to`; empty for none.
-    std::string looks;
+    std::string looks = {};
     /// A LUT file in any format OpenColorIO reads; relative to the current
     /// folder.
-    std::string lutFile;
+    std::string lutFile = {};
     /// True to apply the LUT file inverted.
     bool invert = false;
-    ContextVariables context;
+    ContextVariables context = {};
     /// The colour space of the result, for the output's "oiio:ColorSpace"
     /// (`to`); empty after a LUT file, whose result is not a named space.
     /// Set by `chooseColorTransform`.
-    std::string result;
+    std::string result = {};
 
     /// True for a plain conversion from `from` to `to`: no looks, LUT file
     /// or context variables. The module converts it, with its built-in

@@ -29,7 +29,7 @@ struct DisplayView {
     /// inverse of the view and its looks.
     bool inverse = false;
     /// Context variables set for this transform, as the environment would.
-    ContextVariables context;
+    ContextVariables context = {};
 };
 
 /// What the user asked for: empty display or view means the config's
@@ -40,7 +40,7 @@ struct DisplayViewRequest {
     std::string view;
     std::string looks;
     bool inverse = false;
-    ContextVariables context;
+    ContextVariables context = {};
 };
 
 /// Checks `request` against the configuration of the latest `loadConfig`

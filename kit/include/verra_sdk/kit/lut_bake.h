@@ -44,23 +44,23 @@ std::string lutFormatNames();
 /// config's defaults), with `looks` in both cases. Colour spaces are names
 /// as the user typed them (`resolveColorSpace`).
 struct LutBake {
-    std::string from;
-    std::string to;
-    std::string display;
-    std::string view;
+    std::string from = {};
+    std::string to = {};
+    std::string display = {};
+    std::string view = {};
     /// Looks as OpenColorIO takes them ("a, +b, -c"): between `from` and
     /// `to`, or in place of the view's own.
-    std::string looks;
+    std::string looks = {};
     /// A colour space whose [0, 1] range the LUT's input covers through a 1D
     /// shaper (a log space for scene-linear HDR input); empty for none: the
     /// input is then taken as [0, 1] itself.
-    std::string shaper;
+    std::string shaper = {};
     /// The cube's size along each axis; 0 for the format's own.
     int size = 0;
     /// A format name of `lutFormats` (apart from case); empty to take the
     /// first one with the output's extension.
-    std::string format;
-    ContextVariables context;
+    std::string format = {};
+    ContextVariables context = {};
 };
 
 /// How a bake went.
