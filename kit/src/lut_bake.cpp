@@ -76,7 +76,11 @@ OCIO::ColorSpaceRcPtr spaceOf(char const* name, OCIO::ConstProcessorRcPtr const&
     OCIO::ColorSpaceRcPtr const space = OCIO::ColorSpace::Create(OCIO::REFERENCE_SPACE_SCENE);
     space->setName(name);
     if (steps) {
-        space->setTransform(steps->createGroupTransform(), OCIO::COLORSPACE_DIR_FROM_REFERENCE);
+        // Optimised as the CPU processor optimises it: matrices that cancel
+        // out are gone, and a shaper through the reference space has no
+        // crosstalk the Baker would refuse.
+        space->setTransform(steps->getOptimizedProcessor(OCIO::OPTIMIZATION_DEFAULT)->createGroupTransform(),
+                            OCIO::COLORSPACE_DIR_FROM_REFERENCE);
     }
     return space;
 }
