@@ -70,8 +70,9 @@ py::dict bakeLut(std::string const& output, std::string const& from, std::option
                  std::optional<std::string> const& shaper, int size, std::optional<std::string> const& format,
                  ContextDict const& context)
 {
-    kit::LutBake const request{from,       to.value_or(""), display.value_or(""),  view.value_or(""),
-                               looksText(looks), shaper.value_or(""), size, format.value_or(""), contextOf(context)};
+    kit::LutBake const request{
+        from, to.value_or(""),     display.value_or(""), view.value_or(""), looksText(looks), shaper.value_or(""),
+        size, format.value_or(""), contextOf(context)};
     kit::BakeReport const report = callModule([&](ErrorCapture&) {
         kit::BakeReport made;
         std::string error;
@@ -133,8 +134,8 @@ void addFiles(py::module_& m)
           "alpha and the other channels are kept, with convert_file()'s file safety. `inverse` takes a "
           "display-referred `src` back to `from_space` through the inverse of the view and looks; `context` as "
           "in convert_file(). Returns the (display, view) applied. Raises as convert_file() and apply_view().");
-    m.def("bake_lut", &bakeLut, py::arg("dst"), py::arg("from_space"), py::arg("to_space") = py::none(),
-          py::kw_only(), py::arg("display") = py::none(), py::arg("view") = py::none(), py::arg("looks") = py::tuple(),
+    m.def("bake_lut", &bakeLut, py::arg("dst"), py::arg("from_space"), py::arg("to_space") = py::none(), py::kw_only(),
+          py::arg("display") = py::none(), py::arg("view") = py::none(), py::arg("looks") = py::tuple(),
           py::arg("shaper") = py::none(), py::arg("size") = 0, py::arg("format") = py::none(),
           py::arg("context") = ContextDict(),
           "Bakes the LUT file `dst`, as `colorconfig bake` does, through OpenColorIO's Baker: from `from_space` "

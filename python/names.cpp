@@ -92,9 +92,9 @@ kit::DisplayView chooseView(std::string const& from, std::optional<std::string> 
     }
     kit::DisplayView chosen;
     std::string error;
-    if (!kit::chooseDisplayView({resolvedColorSpace(from), display.value_or(""), view.value_or(""), looks, inverse,
-                                 contextOf(context)},
-                                chosen, error)) {
+    if (!kit::chooseDisplayView(
+            {resolvedColorSpace(from), display.value_or(""), view.value_or(""), looks, inverse, contextOf(context)},
+            chosen, error)) {
         throwTransformError(error);
     }
     return chosen;

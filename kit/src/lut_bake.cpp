@@ -8,6 +8,7 @@
 
 #include <OpenImageIO/strutil.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
