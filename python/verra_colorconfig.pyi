@@ -85,11 +85,25 @@ def apply_view(
     display: Optional[str] = None,
     view: Optional[str] = None,
     looks: Looks = (),
+    *,
+    inverse: bool = False,
+    context: Dict[str, str] = {},
 ) -> None:
-    """The config's display/view transform on float32 (H, W, 3 or 4) pixels, in place."""
+    """The config's display/view transform (or its inverse) on float32 (H, W, 3 or 4) pixels, in place."""
 
-def convert_file(src: str, dst: str, from_space: str, to_space: str, *, unassociated_alpha: bool = False) -> None:
-    """Converts an image file as `colorconfig convert` does, with its file safety."""
+def convert_file(
+    src: str,
+    dst: str,
+    from_space: Optional[str] = None,
+    to_space: Optional[str] = None,
+    *,
+    unassociated_alpha: bool = False,
+    looks: Looks = (),
+    lut: Optional[str] = None,
+    invert: bool = False,
+    context: Dict[str, str] = {},
+) -> None:
+    """Converts an image file as `colorconfig convert` does (looks between the spaces, or a LUT file), with its file safety."""
 
 def view_file(
     src: str,
@@ -100,5 +114,25 @@ def view_file(
     looks: Looks = (),
     *,
     unassociated_alpha: bool = False,
+    inverse: bool = False,
+    context: Dict[str, str] = {},
 ) -> Tuple[str, str]:
-    """An image file through a display/view, as `colorconfig view`; returns (display, view)."""
+    """An image file through a display/view (or back), as `colorconfig view`; returns (display, view)."""
+
+def bake_lut(
+    dst: str,
+    from_space: str,
+    to_space: Optional[str] = None,
+    *,
+    display: Optional[str] = None,
+    view: Optional[str] = None,
+    looks: Looks = (),
+    shaper: Optional[str] = None,
+    size: int = 0,
+    format: Optional[str] = None,
+    context: Dict[str, str] = {},
+) -> Dict[str, Any]:
+    """Bakes a LUT file as `colorconfig bake`; returns 'format', 'largest_error', 'samples', 'unmeasured'."""
+
+def lut_formats() -> List[Tuple[str, str]]:
+    """The (name, extension) of every format bake_lut() writes."""

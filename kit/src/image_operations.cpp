@@ -28,6 +28,27 @@ ImageOperation displayViewOperation(DisplayView const& transform)
     };
 }
 
+ImageOperation colorTransformOperation(ColorTransform const& transform)
+{
+    if (transform.plain()) {
+        return conversionOperation(transform.from, transform.to);
+    }
+    return [transform](ImageLevel& level, std::string& error) {
+        auto const apply = [&transform](OIIO::ImageBuf& pixels, std::string& reason) {
+            return applyColorTransform(transform, pixels, reason);
+        };
+        if (!transformColorChannels(level, apply, error)) {
+            return false;
+        }
+        if (transform.result.empty()) {
+            level.fileSpec.erase_attribute("oiio:ColorSpace");
+        } else {
+            level.fileSpec.attribute("oiio:ColorSpace", transform.result);
+        }
+        return true;
+    };
+}
+
 ImageOperation previewOperation(std::string const& from, std::string const& to, bool alpha)
 {
     return [from = String(from), to = String(to), alpha](ImageLevel& level, std::string& error) {

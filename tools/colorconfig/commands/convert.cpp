@@ -34,16 +34,22 @@ Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
         "were, and no output ever replaces an input. With --out-dir, a progress line is shown while standard "
         "error is a terminal.");
     struct ConvertOptions {
-        std::string from;
-        std::string to;
+        kit::ColorTransform transform;
         std::string outDir;
         CLI::Option* outDirOption = nullptr;
         bool unassociatedAlpha = false;
         std::vector<std::string> files;
     };
     auto options = std::make_shared<ConvertOptions>();
-    addFromTo(*app, options->from, options->to, true, "The colour space of the input pixels.",
+    addFromTo(*app, options->transform.from, options->transform.to, false, "The colour space of the input pixels.",
               "The colour space to convert into.");
+    app->add_option("--look", options->transform.looks,
+                    optionHelp("Looks to apply between --from and --to, separated by commas."))
+        ->option_text("L[,L2]");
+    app->add_option("--lut", options->transform.lutFile, optionHelp("Apply this LUT file (any OpenColorIO reads)."))
+        ->option_text("FILE");
+    app->add_flag("--invert", options->transform.invert, optionHelp("Apply the LUT file inverted."))->needs("--lut");
+    addContext(*app, options->transform.context);
     options->outDirOption =
         app->add_option("--out-dir", options->outDir, optionHelp("Write every output into this existing folder."))
             ->option_text("DIR");
@@ -62,16 +68,22 @@ Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
             console::error("output folder '{}' does not exist or is not a folder", options->outDir);
             return ExitCode::Failure;
         }
-        auto const [from, to] = conversionNamed(options->from, options->to);
-        if (from.empty()) {
+        kit::ColorTransform transform = options->transform;
+        if (transform.lutFile.empty() && (transform.from.empty() || transform.to.empty())) {
+            return usageError("'convert' needs --from and --to, or --lut", "convert");
+        }
+        std::string message;
+        if (!kit::chooseColorTransform(transform, message)) {
+            console::error("{}", message);
             return ExitCode::Failure;
         }
-        kit::ImageOperation const convert = kit::conversionOperation(from, to);
+        kit::ImageOperation const convert = kit::colorTransformOperation(transform);
+        kit::Precision const precision = transform.plain() ? kit::Precision::KeepBytes : kit::Precision::Float;
         std::vector<kit::FileJob> jobs;
         for (std::size_t i = 0; i < (toFolder ? words.size() : 1); ++i) {
             std::string const output =
                 toFolder ? (stdfs::path(options->outDir) / stdfs::path(words[i]).filename()).string() : words[1];
-            jobs.push_back({words[i], output, kit::Precision::KeepBytes, false, convert, options->unassociatedAlpha});
+            jobs.push_back({words[i], output, precision, false, convert, options->unassociatedAlpha});
         }
         return runJobs(jobs, "", false);
     };

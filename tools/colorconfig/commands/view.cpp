@@ -22,33 +22,26 @@ Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
         "names the view's colour space. Without --display and --view, the config's default display and its "
         "default view. File safety as for convert.");
     struct ViewOptions {
-        std::string from;
-        std::string display;
-        std::string view;
-        std::string looks;
+        kit::DisplayViewRequest request;
         bool unassociatedAlpha = false;
         std::vector<std::string> files;
     };
     auto options = std::make_shared<ViewOptions>();
-    app->add_option("--from", options->from, optionHelp("The colour space of the input pixels."))
+    app->add_option("--from", options->request.from, optionHelp("The colour space of the input pixels."))
         ->option_text("NAME")
         ->required();
-    app->add_option("--display", options->display, optionHelp("The display (the config's default if not given)."))
-        ->option_text("NAME");
-    app->add_option("--view", options->view, optionHelp("The view of that display (its default if not given)."))
-        ->option_text("NAME");
-    app->add_option("--look", options->looks, optionHelp("Looks to apply, separated by commas."))
+    addDisplayView(*app, options->request.display, options->request.view);
+    app->add_option("--look", options->request.looks, optionHelp("Looks to apply, separated by commas."))
         ->option_text("L[,L2]");
+    app->add_flag("--inverse", options->request.inverse,
+                  optionHelp("Take display-referred IN back to --from through the inverse of the view and looks."));
+    addContext(*app, options->request.context);
     addUnassociatedAlpha(*app, options->unassociatedAlpha);
     app->add_option("IN_OUT", options->files, "The image and its result")->type_name("")->expected(2)->required();
     auto const run = [options] {
-        std::string const from = colorSpaceNamed(options->from);
-        if (from.empty()) {
-            return ExitCode::Failure;
-        }
         kit::DisplayView chosen;
         std::string message;
-        if (!kit::chooseDisplayView({from, options->display, options->view, options->looks}, chosen, message)) {
+        if (!kit::chooseDisplayView(options->request, chosen, message)) {
             console::error("{}", message);
             return ExitCode::Failure;
         }
@@ -58,7 +51,8 @@ Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
                                false,
                                kit::displayViewOperation(chosen),
                                options->unassociatedAlpha};
-        std::string const looks = chosen.looks.empty() ? "" : ", looks " + chosen.looks;
+        std::string const looks =
+            (chosen.looks.empty() ? "" : ", looks " + chosen.looks) + (chosen.inverse ? ", inverted" : "");
         return runJobs({job}, " (" + chosen.display + " / " + chosen.view + looks + ")", true);
     };
     return {app, run, false, nullptr};

@@ -12,6 +12,7 @@
 // images, one at a time (the module's conversions are for one thread at a
 // time). Failures are values; nothing is thrown or printed.
 
+#include <verra_sdk/kit/color_transform.h>
 #include <verra_sdk/kit/display_view.h>
 #include <verra_sdk/kit/file_job.h>
 
@@ -27,6 +28,13 @@ ImageOperation conversionOperation(std::string const& from, std::string const& t
 /// through `transformColorChannels`: alpha and other channels kept); the
 /// image's "oiio:ColorSpace" becomes the view's colour space.
 ImageOperation displayViewOperation(DisplayView const& transform);
+
+/// Applies `transform` (checked by `chooseColorTransform`) to each image's
+/// colour channels: a plain one as `conversionOperation` does, others as
+/// `displayViewOperation` applies a view, on FLOAT images only. The image's
+/// "oiio:ColorSpace" becomes the transform's result, and is removed after a
+/// LUT file.
+ImageOperation colorTransformOperation(ColorTransform const& transform);
 
 /// Makes each image its opaque 8-bit preview: the colour channels (grey
 /// spread over RGB) converted from `from` to `to`, then quantised by

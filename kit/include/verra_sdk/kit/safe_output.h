@@ -32,6 +32,14 @@ namespace orv::verra_sdk::kit {
 /// a copy of a level converted so, and for TIFF and HEIF a read back.
 bool writeImageFile(std::string const& target, ImageFile const& file, std::string& error);
 
+/// Writes `bytes` to `target` (a LUT file, a text) as `writeImageFile`
+/// writes images: into a temporary file beside it, renamed over it (through
+/// a symbolic link, the file it points to, whose permissions it takes) only
+/// once every byte is written and the file is closed. On failure `target`
+/// is left as it was, and `error` says why; a `target` that exists and is
+/// not a regular file is refused. Costs one write of `bytes`.
+bool writeTextFile(std::string const& target, std::string const& bytes, std::string& error);
+
 /// Makes SIGINT, SIGTERM, SIGHUP and SIGQUIT, and an exit() from inside a
 /// library, remove the temporary file of a write in progress before the
 /// program ends as asked, and makes a
