@@ -10,6 +10,7 @@
 
 #include <orv/log.h>
 
+#include <map>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -90,13 +91,26 @@ std::string resolvedColorSpace(std::string const& typed);
 /// joined by ", " (with the GIL held).
 std::string looksText(py::handle looks);
 
+/// Context variables from a dict of str.
+using ContextDict = std::map<std::string, std::string>;
+
+/// `context` as the toolkit takes it.
+orv::verra_sdk::kit::ContextVariables contextOf(ContextDict const& context);
+
+/// Raises the toolkit's `error` about a transform: RuntimeError for what
+/// OpenColorIO could not do ("cannot ..."), ValueError for the caller's
+/// names and arguments.
+[[noreturn]] void throwTransformError(std::string const& error);
+
 /// The config's display/view transform from the typed colour space `from`,
-/// `display` and `view` (None: the config's defaults) and `looks`, checked
-/// against the config in use (call under `moduleLock()`). Raises ValueError
-/// for an unknown name, naming the valid choices, and without a config file;
-/// RuntimeError when OpenColorIO cannot build the transform.
+/// `display` and `view` (None: the config's defaults), `looks`, inverted or
+/// not, with `context`, checked against the config in use (call under
+/// `moduleLock()`). Raises ValueError for an unknown name, naming the valid
+/// choices, and without a config file; RuntimeError when OpenColorIO cannot
+/// build or invert the transform.
 orv::verra_sdk::kit::DisplayView chooseView(std::string const& from, std::optional<std::string> const& display,
-                                            std::optional<std::string> const& view, std::string const& looks);
+                                            std::optional<std::string> const& view, std::string const& looks,
+                                            bool inverse, ContextDict const& context);
 
 // Each file's functions, added to the module `m`.
 void addCatalogue(py::module_& m);

@@ -67,8 +67,24 @@ std::string looksText(py::handle looks)
     return joined;
 }
 
+kit::ContextVariables contextOf(ContextDict const& context)
+{
+    return {context.begin(), context.end()};
+}
+
+void throwTransformError(std::string const& error)
+{
+    // Names the config does not have are the caller's; a transform that
+    // OpenColorIO cannot build is the config's.
+    if (std::string_view(error).substr(0, 7) == "cannot ") {
+        throw std::runtime_error(error);
+    }
+    throw py::value_error(error);
+}
+
 kit::DisplayView chooseView(std::string const& from, std::optional<std::string> const& display,
-                            std::optional<std::string> const& view, std::string const& looks)
+                            std::optional<std::string> const& view, std::string const& looks, bool inverse,
+                            ContextDict const& context)
 {
     if (!kit::configStatus().usesFile()) {
         throw py::value_error(
@@ -76,14 +92,10 @@ kit::DisplayView chooseView(std::string const& from, std::optional<std::string> 
     }
     kit::DisplayView chosen;
     std::string error;
-    if (!kit::chooseDisplayView({resolvedColorSpace(from), display.value_or(""), view.value_or(""), looks}, chosen,
-                                error)) {
-        // Names the config does not have are the caller's; a transform that
-        // OpenColorIO cannot build is the config's.
-        if (std::string_view(error).substr(0, 13) == "cannot build ") {
-            throw std::runtime_error(error);
-        }
-        throw py::value_error(error);
+    if (!kit::chooseDisplayView(
+            {resolvedColorSpace(from), display.value_or(""), view.value_or(""), looks, inverse, contextOf(context)},
+            chosen, error)) {
+        throwTransformError(error);
     }
     return chosen;
 }

@@ -121,12 +121,12 @@ py::object transformRgb(py::handle pixels, std::string const& to)
 }
 
 void applyView(py::handle pixels, std::string const& from, std::optional<std::string> const& display,
-               std::optional<std::string> const& view, py::handle looks)
+               std::optional<std::string> const& view, py::handle looks, bool inverse, ContextDict const& context)
 {
     std::string const looksWanted = looksText(looks);
     PixelArray const array = checkedPixels(pixels, kView);
     callModule([&](ErrorCapture&) {
-        kit::DisplayView const chosen = chooseView(from, display, view, looksWanted);
+        kit::DisplayView const chosen = chooseView(from, display, view, looksWanted, inverse, context);
         std::string error;
         OIIO::ImageBuf buffer(OIIO::ImageSpec(array.width, array.height, array.channels, OIIO::TypeDesc::FLOAT),
                               array.data);
@@ -157,11 +157,14 @@ void addPixels(py::module_& m)
           "new float32 array; shape (H, W, 4) (writeable) is converted in place, all four channels through the "
           "processor, and returned. Raises as generate_rgba8().");
     m.def("apply_view", &applyView, py::arg("pixels"), py::arg("from_space"), py::arg("display") = py::none(),
-          py::arg("view") = py::none(), py::arg("looks") = py::tuple(),
+          py::arg("view") = py::none(), py::arg("looks") = py::tuple(), py::kw_only(), py::arg("inverse") = false,
+          py::arg("context") = ContextDict(),
           "Applies the config's display/view transform, with `looks` (a str 'a, +b, -c' or a sequence of names) "
           "in place of the view's own, to the float `pixels` (float32, shape (H, W, 3) or (H, W, 4), "
           "C-contiguous, writeable) in place, as `colorconfig view` does: alpha is left as it is. None means "
           "the config's default display or view. `from_space` is resolved as resolve_color_space() does. "
+          "`inverse` takes display-referred pixels back to `from_space` through the inverse of the view and "
+          "looks; `context` (a dict of str) sets the config's context variables for this call. "
           "Raises ValueError for an unknown colour space, display, view or look (naming the valid choices) "
           "or without a config file, RuntimeError when OpenColorIO cannot build or apply the transform.");
 }

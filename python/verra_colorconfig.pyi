@@ -85,16 +85,23 @@ def apply_view(
     display: Optional[str] = None,
     view: Optional[str] = None,
     looks: Looks = (),
+    *,
+    inverse: bool = False,
+    context: Dict[str, str] = {},
 ) -> None:
-    """The config's display/view transform on float32 (H, W, 3 or 4) pixels, in place."""
+    """The config's display/view transform (or its inverse) on float32 (H, W, 3 or 4) pixels, in place."""
 
 def convert_file(
     src: str,
     dst: str,
-    from_space: str,
-    to_space: str,
+    from_space: Optional[str] = None,
+    to_space: Optional[str] = None,
     *,
     unassociated_alpha: bool = False,
+    looks: Looks = (),
+    lut: Optional[str] = None,
+    invert: bool = False,
+    context: Dict[str, str] = {},
     frames: Optional[str] = None,
     jobs: int = 0,
     threads: int = 0,
@@ -104,8 +111,8 @@ def convert_file(
     quality: int = 0,
     dither: bool = False,
 ) -> Optional[Dict[str, List[Any]]]:
-    """Converts an image file or a frame sequence as `colorconfig convert` does, with its file safety;
-    for a pattern, returns {'converted': [...], 'skipped': [...], 'missing': [frames]}."""
+    """Converts an image file or a frame sequence as `colorconfig convert` does (looks between the spaces, or a
+    LUT file), with its file safety; for a pattern, returns {'converted': [...], 'skipped': [...], 'missing': [frames]}."""
 
 def view_file(
     src: str,
@@ -116,6 +123,14 @@ def view_file(
     looks: Looks = (),
     *,
     unassociated_alpha: bool = False,
+    from_space: Optional[str] = None,
+    to_space: Optional[str] = None,
+    *,
+    unassociated_alpha: bool = False,
+    looks: Looks = (),
+    lut: Optional[str] = None,
+    invert: bool = False,
+    context: Dict[str, str] = {},
     frames: Optional[str] = None,
     jobs: int = 0,
     threads: int = 0,
@@ -124,6 +139,6 @@ def view_file(
     compression: Optional[str] = None,
     quality: int = 0,
     dither: bool = False,
-) -> Union[Tuple[str, str], Tuple[str, str, Dict[str, List[Any]]]]:
-    """An image file or a frame sequence through a display/view, as `colorconfig view`; returns (display, view),
-    and convert_file()'s summary for a pattern."""
+) -> Optional[Dict[str, List[Any]]]:
+    """Converts an image file or a frame sequence as `colorconfig convert` does (looks between the spaces, or a
+    LUT file), with its file safety; for a pattern, returns {'converted': [...], 'skipped': [...], 'missing': [frames]}."""

@@ -1,12 +1,8 @@
 #include <verra_sdk/kit/display_view.h>
 
 #include "current_config.h"
+#include "processors.h"
 
-#include <OpenImageIO/parallel.h>
-#include <OpenImageIO/strutil.h>
-
-#include <cstdint>
-#include <mutex>
 #include <vector>
 
 namespace orv::verra_sdk::kit {
@@ -14,34 +10,8 @@ namespace orv::verra_sdk::kit {
 namespace {
 
 namespace OCIO = OCIO_NAMESPACE;
-namespace Strutil = OIIO::Strutil;
-
-/// `names` quoted and joined with ", ".
-std::string quoted(std::vector<std::string> const& names)
-{
-    std::string text;
-    for (std::string const& name : names) {
-        text += (text.empty() ? "'" : ", '") + name + "'";
-    }
-    return text;
-}
-
-/// The entry of `names` equal to `wanted`, else the one equal apart from
-/// case; empty when there is none.
-std::string matching(std::string const& wanted, std::vector<std::string> const& names)
-{
-    for (std::string const& name : names) {
-        if (name == wanted) {
-            return name;
-        }
-    }
-    for (std::string const& name : names) {
-        if (Strutil::iequals(name, wanted)) {
-            return name;
-        }
-    }
-    return {};
-}
+using detail::matching;
+using detail::quoted;
 
 std::vector<std::string> displaysOf(OCIO::Config const& config)
 {
@@ -65,95 +35,11 @@ std::vector<std::string> viewsOf(OCIO::Config const& config, std::string const& 
     return names;
 }
 
-std::vector<std::string> looksOf(OCIO::Config const& config)
-{
-    std::vector<std::string> names;
-    for (int i = 0; i < config.getNumLooks(); ++i) {
-        names.emplace_back(config.getLookNameByIndex(i));
-    }
-    return names;
-}
-
-/// The looks of `request` in the config's spelling, each with the + or -
-/// it was given; false with a message for an unknown one.
-bool chooseLooks(OCIO::Config const& config, std::string const& request, std::string& looks, std::string& error)
-{
-    std::vector<std::string> const known = looksOf(config);
-    for (std::string_view item : Strutil::splitsv(request, ",")) {
-        item = Strutil::strip(item);
-        std::string const sign = Strutil::starts_with(item, "+") || Strutil::starts_with(item, "-")
-                                     ? std::string(item.substr(0, 1))
-                                     : std::string();
-        std::string const name = matching(std::string(Strutil::strip(item.substr(sign.size()))), known);
-        if (name.empty()) {
-            error = known.empty() ? "unknown look '" + std::string(item) + "': this config has no looks"
-                                  : "unknown look '" + std::string(item) + "'; the config's looks: " + quoted(known);
-            return false;
-        }
-        looks += (looks.empty() ? "" : ", ") + sign + name;
-    }
-    return true;
-}
-
-/// The config's name of the colour space `from`; the built-in "linear",
-/// which the config may not have, stands for its scene_linear role.
-std::string spaceOf(OCIO::Config const& config, std::string const& from)
-{
-    OCIO::ConstColorSpaceRcPtr space = config.getColorSpace(from.c_str());
-    if (!space && from == "linear") {
-        space = config.getColorSpace(OCIO::ROLE_SCENE_LINEAR);
-    }
-    return space ? space->getName() : std::string();
-}
-
-/// The processor of `transform` with its looks in place of the view's own
-/// ones (the view's looks when it has none). Throws OpenColorIO's exception.
-OCIO::ConstProcessorRcPtr processorOf(OCIO::ConstConfigRcPtr const& config, DisplayView const& transform)
-{
-    OCIO::DisplayViewTransformRcPtr const displayView = OCIO::DisplayViewTransform::Create();
-    displayView->setSrc(transform.from.c_str());
-    displayView->setDisplay(transform.display.c_str());
-    displayView->setView(transform.view.c_str());
-    OCIO::LegacyViewingPipelineRcPtr const pipeline = OCIO::LegacyViewingPipeline::Create();
-    pipeline->setDisplayViewTransform(displayView);
-    pipeline->setLooksOverrideEnabled(!transform.looks.empty());
-    pipeline->setLooksOverride(transform.looks.c_str());
-    return pipeline->getProcessor(config);
-}
-
-/// Applies `processor` to the RGB of every pixel of the packed float
-/// `pixels`, rows split across threads; alpha is left as it is. Returns
-/// OpenColorIO's reason when a part fails, else empty.
-std::string applyRgb(OCIO::ConstCPUProcessorRcPtr const& processor, OIIO::ImageBuf& pixels)
-{
-    OIIO::ImageSpec const& spec = pixels.spec();
-    auto* const first = static_cast<char*>(pixels.localpixels());
-    OIIO::stride_t const pixelStride = pixels.pixel_stride();
-    OIIO::stride_t const rowStride = pixels.scanline_stride();
-    std::mutex failing;
-    std::string failure;
-    auto const applyRows = [&](std::int64_t begin, std::int64_t end) {
-        try {
-            OCIO::PackedImageDesc rows(first + begin * rowStride, spec.width, long(end - begin), 3, OCIO::BIT_DEPTH_F32,
-                                       sizeof(float), pixelStride, rowStride);
-            processor->apply(rows);
-        } catch (OCIO::Exception const& exception) {
-            std::lock_guard<std::mutex> const lock(failing);
-            failure = exception.what();
-        }
-    };
-    OIIO::parallel_for_chunked(0, std::int64_t(spec.height) * spec.depth, 0, applyRows);
-    return failure;
-}
-
 bool choose(OCIO::ConstConfigRcPtr const& config, DisplayViewRequest const& request, DisplayView& chosen,
             std::string& error)
 {
-    chosen.from = spaceOf(*config, request.from);
-    if (chosen.from.empty()) {
-        error = "'" + request.from +
-                "' is a built-in colour space that this config does not have; the display "
-                "transform needs one of the config's";
+    chosen.from = request.from;
+    if (!detail::configSpaceNamed(*config, chosen.from, error)) {
         return false;
     }
     std::vector<std::string> const displays = displaysOf(*config);
@@ -177,16 +63,21 @@ bool choose(OCIO::ConstConfigRcPtr const& config, DisplayViewRequest const& requ
                                     "'; its views: " + quoted(views);
         return false;
     }
-    if (!chooseLooks(*config, request.looks, chosen.looks, error)) {
+    if (!detail::chooseLooks(*config, request.looks, chosen.looks, error)) {
         return false;
     }
     chosen.result = config->getDisplayViewColorSpaceName(chosen.display.c_str(), chosen.view.c_str());
     if (chosen.result == OCIO::OCIO_VIEW_USE_DISPLAY_NAME) {
         chosen.result = chosen.display;
     }
+    chosen.inverse = request.inverse;
+    chosen.context = request.context;
+    if (chosen.inverse) {
+        chosen.result = chosen.from;
+    }
     // The processor is built here, where a failure is only an exception;
     // OpenColorIO caches it for `applyDisplayView`.
-    processorOf(config, chosen);
+    detail::displayViewProcessor(config, chosen);
     return true;
 }
 
@@ -207,7 +98,8 @@ bool chooseDisplayView(DisplayViewRequest const& request, DisplayView& chosen, s
         chosen = std::move(made);
         return true;
     } catch (OCIO::Exception const& exception) {
-        error = "cannot build the display transform: " + std::string(exception.what());
+        error = std::string(request.inverse ? "cannot invert" : "cannot build") +
+                " the display transform: " + detail::oneLine(exception.what());
         return false;
     }
 }
@@ -219,27 +111,37 @@ bool applyDisplayView(DisplayView const& transform, OIIO::ImageBuf& pixels, std:
         error = "the built-in colour spaces have no displays or views; give a config with --config";
         return false;
     }
-    int const channels = pixels.nchannels();
-    if (pixels.spec().format != OIIO::TypeDesc::FLOAT || (channels != 3 && channels != 4) || pixels.deep()) {
-        error = "the display transform needs float RGB or RGBA pixels";
-        return false;
-    }
-    // Pixels held by an image cache are read into memory first.
-    if (!pixels.make_writable(true)) {
-        error = pixels.geterror();
-        return false;
-    }
-    std::string failure;
+    OCIO::ConstProcessorRcPtr processor;
     try {
-        failure = applyRgb(processorOf(config, transform)->getDefaultCPUProcessor(), pixels);
+        processor = detail::displayViewProcessor(config, transform);
     } catch (OCIO::Exception const& exception) {
-        failure = exception.what();
-    }
-    if (!failure.empty()) {
-        error = "cannot apply the display transform: " + detail::oneLine(failure);
+        error = "cannot apply the display transform: " + detail::oneLine(exception.what());
         return false;
     }
-    return true;
+    return detail::applyProcessor(processor, pixels, "the display transform", error);
 }
+
+namespace detail {
+
+OCIO::ConstProcessorRcPtr displayViewProcessor(OCIO::ConstConfigRcPtr const& config, DisplayView const& transform)
+{
+    OCIO::DisplayViewTransformRcPtr const displayView = OCIO::DisplayViewTransform::Create();
+    displayView->setSrc(transform.from.c_str());
+    displayView->setDisplay(transform.display.c_str());
+    displayView->setView(transform.view.c_str());
+    OCIO::LegacyViewingPipelineRcPtr const pipeline = OCIO::LegacyViewingPipeline::Create();
+    pipeline->setDisplayViewTransform(displayView);
+    pipeline->setLooksOverrideEnabled(!transform.looks.empty());
+    pipeline->setLooksOverride(transform.looks.c_str());
+    OCIO::ConstContextRcPtr const context = contextWith(*config, transform.context);
+    OCIO::ConstProcessorRcPtr const forward = pipeline->getProcessor(config, context);
+    if (!transform.inverse) {
+        return forward;
+    }
+    // The pipeline has no direction of its own: its steps, inverted.
+    return config->getProcessor(context, forward->createGroupTransform(), OCIO::TRANSFORM_DIR_INVERSE);
+}
+
+} // namespace detail
 
 } // namespace orv::verra_sdk::kit

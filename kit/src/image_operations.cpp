@@ -27,6 +27,15 @@ OperationMaker conversionMaker(std::string const& to)
     };
 }
 
+OperationMaker colorTransformMaker(ColorTransform const& transform)
+{
+    return [transform](std::string const& from, std::string& error) {
+        ColorTransform chosen = transform;
+        chosen.from = from.empty() ? transform.from : from;
+        return chooseColorTransform(chosen, error) ? colorTransformOperation(chosen) : ImageOperation();
+    };
+}
+
 OperationMaker displayViewMaker(DisplayViewRequest const& request)
 {
     return [request](std::string const& from, std::string& error) {
@@ -47,6 +56,27 @@ ImageOperation displayViewOperation(DisplayView const& transform)
             return false;
         }
         level.fileSpec.attribute("oiio:ColorSpace", transform.result);
+        return true;
+    };
+}
+
+ImageOperation colorTransformOperation(ColorTransform const& transform)
+{
+    if (transform.plain()) {
+        return conversionOperation(transform.from, transform.to);
+    }
+    return [transform](ImageLevel& level, std::string& error) {
+        auto const apply = [&transform](OIIO::ImageBuf& pixels, std::string& reason) {
+            return applyColorTransform(transform, pixels, reason);
+        };
+        if (!transformColorChannels(level, apply, error)) {
+            return false;
+        }
+        if (transform.result.empty()) {
+            level.fileSpec.erase_attribute("oiio:ColorSpace");
+        } else {
+            level.fileSpec.attribute("oiio:ColorSpace", transform.result);
+        }
         return true;
     };
 }

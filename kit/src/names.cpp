@@ -3,6 +3,7 @@
 #include <verra_sdk/kit/closest_names.h>
 
 #include "current_config.h"
+#include "processors.h"
 
 #include <verra_sdk/color_route.h>
 #include <verra_sdk/colorconfig.h>
@@ -131,6 +132,13 @@ std::vector<std::string> closestColorSpaces(std::string_view typed, std::size_t 
         known.push_back(std::move(inactive));
     }
     return closestNames(typed, known, limit);
+}
+
+std::string unknownColorSpaceText(std::string_view typed)
+{
+    std::string const closest = detail::quoted(closestColorSpaces(typed));
+    return "unknown colour space '" + std::string(typed) + "'" +
+           (closest.empty() ? " ('colorconfig info' lists them all)" : "; closest: " + closest);
 }
 
 std::vector<std::string> inactiveColorSpaces()

@@ -275,7 +275,51 @@ void keepPermissions(std::string const& path, std::string const& replaced)
     }
 }
 
+/// False, with the reason, when `destination` exists and is not a regular
+/// file: a device, pipe or socket would be replaced by a plain file, not
+/// written.
+bool replaceable(std::string const& destination, std::string& error)
+{
+    struct stat existing {};
+    if (::stat(destination.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode)) {
+        error = S_ISDIR(existing.st_mode) ? "it is a folder" : "it is not a regular file";
+        return false;
+    }
+    return true;
+}
+
+/// A new temporary name beside `destination`.
+std::string pendingPath(std::string const& destination)
+{
+    return destination + kTemporaryMark + OIIO::Filesystem::unique_path("%%%%%%%%") + kTemporaryEnd;
+}
+
 } // namespace
+
+bool writeTextFile(std::string const& target, std::string const& bytes, std::string& error)
+{
+    std::string const destination = realTarget(target);
+    if (!replaceable(destination, error)) {
+        return false;
+    }
+    PendingFile pending(pendingPath(destination));
+    FILE* const stream = std::fopen(pending.path().c_str(), "wbx");
+    if (stream == nullptr) {
+        error = std::strerror(errno);
+        return false;
+    }
+    bool const written = std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size();
+    error = written ? "" : std::strerror(errno);
+    // The last buffered bytes reach the file only here.
+    if (std::fclose(stream) != 0 && written) {
+        error = std::strerror(errno);
+    }
+    if (!error.empty()) {
+        return false;
+    }
+    keepPermissions(pending.path(), destination);
+    return pending.commit(destination, error);
+}
 
 bool writeImageFile(std::string const& target, ImageFile const& file, std::string& error)
 {
@@ -288,13 +332,10 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
         return false;
     }
     std::string const destination = realTarget(target);
-    // A device, pipe or socket would be replaced by a plain file, not written.
-    struct stat existing {};
-    if (::stat(destination.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode)) {
-        error = S_ISDIR(existing.st_mode) ? "it is a folder" : "it is not a regular file";
+    if (!replaceable(destination, error)) {
         return false;
     }
-    PendingFile pending(destination + kTemporaryMark + OIIO::Filesystem::unique_path("%%%%%%%%") + kTemporaryEnd);
+    PendingFile pending(pendingPath(destination));
     FILE* stream = std::fopen(pending.path().c_str(), "wbx");
     if (stream == nullptr) {
         error = std::strerror(errno);

@@ -2,6 +2,8 @@
 
 #include "support/test_env.h"
 
+#include <gmock/gmock.h>
+
 #include <orv/file.h>
 #include <orv/os.h>
 #include <orv/path.h>
@@ -13,6 +15,9 @@ namespace {
 using orv::File;
 using orv::Path;
 using orv::String;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::FieldsAre;
 
 String str(std::string const& text)
 {
@@ -74,19 +79,22 @@ TEST(File, PathQueriesAndReads)
                           Case{"verra-missing/x", false, false, std::filesystem::current_path() / "verra-missing/x"},
                           Case{"", false, false, ""}}) {
         Path const path(str(c.path), true);
-        EXPECT_TRUE(path.isEmpty() == c.path.empty() && path.isFile() == c.isFile &&
-                    path.isDirectory() == c.isDirectory && path.canonical() == c.canonical.c_str())
+        EXPECT_THAT(std::tuple(path.isEmpty(), path.isFile(), path.isDirectory(), std::string(path.canonical().buf())),
+                    FieldsAre(c.path.empty(), c.isFile, c.isDirectory, c.canonical))
             << c.path;
     }
     File file;
-    EXPECT_FALSE(file.isOpen() || !file.read().isEmpty());
+    EXPECT_THAT(std::tuple(file.isOpen(), file.read().isEmpty()), FieldsAre(false, true));
     ASSERT_TRUE(file.open(str(bigPath), File::Read, File::Binary));
-    EXPECT_TRUE(file.read().view() == big && file.read().view() == big); // each read from the start
+    EXPECT_EQ(file.read().view(), big);
+    EXPECT_EQ(file.read().view(), big); // each read from the start
     File const copy = file;
     file.close(); // for every handle
-    EXPECT_FALSE(copy.isOpen() || !file.read().isEmpty());
-    EXPECT_FALSE(file.open(str(tmp.file("missing")), File::Read, File::Binary) || file.isOpen() ||
-                 file.open(str(tmp.path()), File::Read, File::Binary) || file.open(String(), File::Read, File::Binary));
+    EXPECT_THAT(std::tuple(copy.isOpen(), file.read().isEmpty()), FieldsAre(false, true));
+    EXPECT_THAT((std::vector<bool>{file.open(str(tmp.file("missing")), File::Read, File::Binary), file.isOpen(),
+                                   file.open(str(tmp.path()), File::Read, File::Binary),
+                                   file.open(String(), File::Read, File::Binary)}),
+                Each(false));
 }
 
 TEST(Os, GetEnvAndUserDir)
@@ -95,11 +103,12 @@ TEST(Os, GetEnvAndUserDir)
         data("XDG_DATA_HOME");
     variable.set("A=B");
     // The C library would answer "B" for "VERRA_TEST_VARIABLE=A", and "A=B" for the name cut at its NUL.
-    EXPECT_TRUE(orv::os::getEnv(String("VERRA_TEST_VARIABLE")) == "A=B" && orv::os::getEnv(String()).isEmpty() &&
-                orv::os::getEnv(String("VERRA_TEST_VARIABLE=A")).isEmpty() &&
-                orv::os::getEnv(String("VERRA_TEST_VARIABLE\0", 20)).isEmpty());
+    auto const env = [](String const& name) { return std::string(orv::os::getEnv(name).view()); };
+    EXPECT_THAT((std::vector{env(String("VERRA_TEST_VARIABLE")), env(String()), env(String("VERRA_TEST_VARIABLE=A")),
+                             env(String("VERRA_TEST_VARIABLE\0", 20))}),
+                ElementsAre("A=B", "", "", ""));
     variable.unset();
-    EXPECT_TRUE(orv::os::getEnv(String("VERRA_TEST_VARIABLE")).isEmpty());
+    EXPECT_EQ(env(String("VERRA_TEST_VARIABLE")), "");
     // $HOME, $XDG_CONFIG_HOME, $XDG_DATA_HOME (null: unset); verraUserDir(true), verraUserDir(false)
     struct Case {
         char const *home, *config, *data, *configDir, *dataDir;
@@ -110,7 +119,10 @@ TEST(Os, GetEnvAndUserDir)
         home.put(c.home);
         config.put(c.config);
         data.put(c.data);
-        EXPECT_TRUE(orv::fs::verraUserDir(true) == c.configDir && orv::fs::verraUserDir(false) == c.dataDir) << c.home;
+        EXPECT_THAT(std::tuple(std::string(orv::fs::verraUserDir(true).view()),
+                               std::string(orv::fs::verraUserDir(false).view())),
+                    FieldsAre(c.configDir, c.dataDir))
+            << c.home;
     }
 }
 

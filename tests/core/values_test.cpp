@@ -6,7 +6,7 @@
 #include <orv/verra/vector2d.h>
 #include <orv/verra_sdk/image.h>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <new>
@@ -19,6 +19,9 @@ namespace {
 using orv::String;
 using orv::StringVector;
 using Map = orv::ds::HashMap<String, StringVector>;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::FieldsAre;
 
 /// How many handles share the body of `h`.
 int refs(orv::RefersTo<orv::IRefCounted> const& h)
@@ -41,10 +44,10 @@ TEST(Handle, CopiesShareAndCountTheBodyMovesDoNot)
     String const none;
     String target = none;
     target = std::move(other);
-    EXPECT_TRUE(refs(first) == 2 && target.body() == first.body() &&
-                !other.hasBody()); // NOLINT(bugprone-use-after-move)
+    EXPECT_THAT(std::tuple(refs(first), target.body(), other.hasBody()), // NOLINT(bugprone-use-after-move)
+                FieldsAre(2, first.body(), false));
     target = none;
-    EXPECT_TRUE(refs(first) == 1 && !target.hasBody() && solo == "solo");
+    EXPECT_THAT(std::tuple(refs(first), target.hasBody(), solo.view()), FieldsAre(1, false, "solo"));
 }
 
 TEST(String, HoldsItsOwnBytesComparesAndHashesThem)
@@ -52,24 +55,30 @@ TEST(String, HoldsItsOwnBytesComparesAndHashesThem)
     char const* const null = nullptr;
     for (String const& empty :
          {String(), String(""), String(null), String(std::string_view()), String::format("%s", "")}) {
-        EXPECT_TRUE(empty.isEmpty() && !empty.hasBody() && *empty.buf() == '\0');
+        EXPECT_THAT(std::tuple(empty.isEmpty(), empty.hasBody(), std::string(empty.buf())), FieldsAre(true, false, ""));
     }
     String name("$OCIO");
     String const keep = name;
     name = name.buf() + 1; // from its own text, leaving the copy's text alone
     String const cut("a\0b", 3);
-    EXPECT_TRUE(name == "OCIO" && keep == "$OCIO" && cut.view() == std::string_view("a\0b", 3) &&
-                cut.buf() == std::string("a"));
+    EXPECT_THAT(std::tuple(name.view(), keep.view(), cut.view(), std::string(cut.buf())),
+                FieldsAre("OCIO", "$OCIO", std::string_view("a\0b", 3), "a"));
     std::string const longText(10000, 'x');
     EXPECT_EQ(String::format("%03d|%s", 7, longText.c_str()).view(), "007|" + longText);
     // compareNoCase folds ASCII letters only and orders a prefix first; == is exact.
-    EXPECT_TRUE(String("sRGB").compareNoCase(String("SRGB")) == 0 && String("@").compareNoCase(String("`")) < 0 &&
-                String("ab").compareNoCase(String("AB c")) < 0 && String("AB c").compareNoCase(String("ab")) > 0);
-    EXPECT_TRUE(String("sRGB") != String("SRGB") && String("sRGB") == String("sRGB") && String("sRGB") != "default");
+    auto const order = [](char const* a, char const* b) {
+        int const c = String(a).compareNoCase(String(b));
+        return (c > 0) - (c < 0);
+    };
+    EXPECT_THAT((std::vector{order("sRGB", "SRGB"), order("@", "`"), order("ab", "AB c"), order("AB c", "ab")}),
+                ElementsAre(0, -1, -1, 1));
+    EXPECT_THAT((std::vector<bool>{String("sRGB") != String("SRGB"), String("sRGB") == String("sRGB"),
+                                   String("sRGB") != "default"}),
+                Each(true));
     // 64-bit FNV-1a of the bytes, however the text was made.
-    EXPECT_TRUE(String("\xff").hash() == 0xaf64724c8602eb6eull && String("foobar").hash() == 0x85944171f73967e8ull);
-    EXPECT_TRUE(String::format("%s%d", "Rec", 709).hash() == 0x83bf6bbf4b1fa285ull &&
-                String("Rec709 extra", 6).hash() == 0x83bf6bbf4b1fa285ull);
+    EXPECT_THAT((std::vector{String("\xff").hash(), String("foobar").hash(), String::format("%s%d", "Rec", 709).hash(),
+                             String("Rec709 extra", 6).hash()}),
+                ElementsAre(0xaf64724c8602eb6eull, 0x85944171f73967e8ull, 0x83bf6bbf4b1fa285ull, 0x83bf6bbf4b1fa285ull));
 }
 
 TEST(String, TransformsGiveNewStringsOrShareAnUnchangedBody)
@@ -106,23 +115,26 @@ TEST(StringVector, CopiesShareOneListDupIsIndependent)
     StringVector duplicate = original.dup();
     duplicate.push_back(String("ACEScg"));
     copy.clear();
-    EXPECT_TRUE(original.empty() && original.begin() == original.end() && duplicate.size() == 2 &&
-                duplicate[1] == "ACEScg");
+    EXPECT_THAT(std::tuple(original.empty(), original.begin() == original.end(), duplicate.size(), duplicate[1].view()),
+                FieldsAre(true, true, 2u, "ACEScg"));
 }
 
 TEST(HashMap, SetFindCopyAndClear)
 {
     Map source;
-    EXPECT_TRUE(source.size() == 0 && source.find(String()) == nullptr && source.begin() == source.end());
+    EXPECT_THAT(std::tuple(source.size(), source.find(String()), source.begin() == source.end()),
+                FieldsAre(0u, nullptr, true));
     StringVector const views{String("Raw")};
     for (unsigned i = 0; i < 1300; ++i) { // nine keys or more to a bucket
         String const key = String::format("display%u", i);
-        EXPECT_TRUE(&source.set(key, views) == source.find(key) && source.size() == i + 1) << i;
+        StringVector const* const set = &source.set(key, views);
+        EXPECT_THAT(std::tuple(set, source.size()), FieldsAre(source.find(key), i + 1)) << i;
     }
     String const key = source.bucket(53).data[0].key; // "display71"
     source.set(String::format("display%d", 71), StringVector{String("Film")}); // replaces the value only
-    EXPECT_TRUE(source.size() == 1300 && refs(views) == 1300 && source.find(key)->size() == 1 &&
-                source.bucket(53).data[0].key.body() == key.body() && (*source.find(key))[0] == "Film");
+    EXPECT_THAT(std::tuple(source.size(), refs(views), source.find(key)->size(), source.bucket(53).data[0].key.body(),
+                           (*source.find(key))[0].view()),
+                FieldsAre(1300u, 1300, 1u, key.body(), "Film"));
     {
         Map copy(source);
         EXPECT_EQ(refs(views), 1 + 2 * 1299); // one copy per node
@@ -130,12 +142,12 @@ TEST(HashMap, SetFindCopyAndClear)
         copy.set(String("display7"), StringVector{String("ACES")}); // a replaced value, in the copy only
         EXPECT_EQ((*copy.find(String("display7")))[0], "ACES");
     }
-    EXPECT_TRUE(refs(views) == 1300 && views.size() == 2); // the source still holds the shared list under display7
+    EXPECT_THAT(std::tuple(refs(views), views.size()), FieldsAre(1300, 2u)); // display7's shared list, in the source
     source.clear();
-    EXPECT_TRUE(source.size() == 0 && refs(views) == 1 && source.find(key) == nullptr &&
-                source.begin() == source.end());
+    EXPECT_THAT(std::tuple(source.size(), refs(views), source.find(key), source.begin() == source.end()),
+                FieldsAre(0u, 1, nullptr, true));
     source.set(key, views); // and the map fills again
-    EXPECT_TRUE(source.size() == 1 && source.find(key) == &source.bucket(53).data[0].value);
+    EXPECT_THAT(std::tuple(source.size(), source.find(key)), FieldsAre(1u, &source.bucket(53).data[0].value));
 }
 
 TEST(Vector2d, AllocatePlacesUpTo32BitCountsOrStaysEmpty)
@@ -151,9 +163,10 @@ TEST(Vector2d, AllocatePlacesUpTo32BitCountsOrStaysEmpty)
         pixels.allocate(1, 1);
         pixels.allocate(c.width, c.height); // releases the first storage
         moved = std::move(pixels); // takes it over, releasing its own
-        EXPECT_TRUE((moved.data != nullptr) == c.placed && moved.width == (c.placed ? c.width : 0) &&
-                    moved.height == (c.placed ? c.height : 0) && moved.count == moved.width * moved.height &&
-                    pixels.empty() && pixels.count == 0) // NOLINT(bugprone-use-after-move)
+        EXPECT_THAT(std::tuple(moved.data != nullptr, moved.width, moved.height, moved.count, pixels.empty(),
+                               pixels.count), // NOLINT(bugprone-use-after-move)
+                    FieldsAre(c.placed, c.placed ? c.width : 0u, c.placed ? c.height : 0u, moved.width * moved.height,
+                              true, 0u))
             << c.width << "x" << c.height;
     }
 }
@@ -168,8 +181,8 @@ TEST(Image, CreateGivesZeroedSharedPixelsOrAnInvalidImage)
     for (Case const& c : {Case{7, 3, true}, Case{0, 5, true}, Case{5, 0, true}, Case{-1, 4, false}, Case{4, -1, false},
                           Case{-1, 0, false}, Case{0, -1, false}, Case{65536, 65536, false}}) {
         Image const image = Image::create(c.width, c.height);
-        EXPECT_TRUE(image.isValid() == c.valid && image.hasBody() == c.valid && (image.rgba8() != nullptr) == c.valid &&
-                    image.width() == (c.valid ? c.width : 0) && image.height() == (c.valid ? c.height : 0))
+        EXPECT_THAT(std::tuple(image.isValid(), image.hasBody(), image.rgba8() != nullptr, image.width(), image.height()),
+                    FieldsAre(c.valid, c.valid, c.valid, c.valid ? c.width : 0, c.valid ? c.height : 0))
             << c.width << "x" << c.height;
     }
     Image first = Image::create(7, 3);
@@ -177,10 +190,12 @@ TEST(Image, CreateGivesZeroedSharedPixelsOrAnInvalidImage)
     first.rgba8()[20].a = 255;
     first = Image();
     auto const set = [](orv::verra::Rgba8 const& pixel) { return pixel.r || pixel.g || pixel.b || pixel.a; };
-    EXPECT_TRUE(std::count_if(second.rgba8(), second.rgba8() + 21, set) == 1 && second.rgba8()[20].a == 255);
+    EXPECT_THAT(std::tuple(std::count_if(second.rgba8(), second.rgba8() + 21, set), second.rgba8()[20].a),
+                FieldsAre(1, 255));
     // A view on the image's pixels: pixel (x, y) is the (y * width + x)th.
     orv::verra::Vector2d<orv::verra::Rgba8, false> const view(second.rgba8(), 7, 3);
-    EXPECT_TRUE(view.count == 21 && !view.empty() && view(6, 2).a == 255 && decltype(view)().empty());
+    EXPECT_THAT(std::tuple(view.count, view.empty(), view(6, 2).a, decltype(view)().empty()),
+                FieldsAre(21u, false, 255, true));
 }
 
 } // namespace

@@ -50,6 +50,20 @@ TEST_F(DisplayView, ChoosesAnyViewAndAppliesItsLooksAsAViewWithThemWould)
         }
         EXPECT_EQ(shown("BrightStd", ""), bright);
     }
+    // The inverse view takes display-referred pixels (that the view can give)
+    // back to "lin": oiiotool's forward view of the result gives them again.
+    OIIO::ImageBuf display(OIIO::ImageSpec(16, 16, 3, OIIO::TypeDesc::FLOAT));
+    OIIO::ImageBufAlgo::noise(display, "uniform", 0.02f, 1.0f, false);
+    ASSERT_TRUE(kit::chooseDisplayView({"lin", "Monitor", "Tone", ""}, chosen, error));
+    ASSERT_TRUE(kit::applyDisplayView(chosen, display, error)) << error;
+    ASSERT_TRUE(kit::chooseDisplayView({"scene", "Monitor", "Tone", "", true}, chosen, error)) << error;
+    EXPECT_EQ(chosen.result, "lin");
+    OIIO::ImageBuf back(display);
+    ASSERT_TRUE(kit::applyDisplayView(chosen, back, error) && back.write(file("back.exr"))) << error;
+    Floats const again =
+        oiiotool(file("views.ocio"), file("back.exr"), "--ociodisplay:from=lin Monitor Tone", file("again.exr"));
+    EXPECT_GT(largestDifference(floatsOf(back), floatsOf(display)), 0.1f);
+    EXPECT_LT(largestDifference(again, floatsOf(display)), 5e-3f);
     OIIO::ImageBuf twoChannels(OIIO::ImageSpec(1, 1, 2, OIIO::TypeDesc::FLOAT));
     EXPECT_FALSE(kit::applyDisplayView({"lin", "Monitor", "Standard", "", "srgb_tex"}, twoChannels, error));
     EXPECT_EQ(error, "the display transform needs float RGB or RGBA pixels");
@@ -63,8 +77,8 @@ TEST_F(DisplayView, ChoosesAnyViewAndAppliesItsLooksAsAViewWithThemWould)
          "unknown view 'Film' of the display 'Monitor'; its views: 'Tone', 'Standard', 'Raw', 'BrightStd', 'Shared'"},
         {{"lin", "", "", "Bright, +warm"}, "unknown look '+warm'; the config's looks: 'Bright'"},
         {{"Rec709", "", "", ""},
-         "'Rec709' is a built-in colour space that this config does not have; the display transform needs one of "
-         "the config's"},
+         "'Rec709' is a built-in colour space that this config does not have; this transform needs one of the "
+         "config's"},
     };
     for (auto const& [request, expected] : cases) {
         bool const chose = kit::chooseDisplayView(request, chosen, error);

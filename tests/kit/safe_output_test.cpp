@@ -128,7 +128,9 @@ TEST_F(SafeOutput, RefusesWhatItCannotWriteWholeAndLeavesTheOldFile)
         ::setrlimit(RLIMIT_FSIZE, &unlimited);
         EXPECT_THAT(error, message) << name;
         EXPECT_EQ(entriesOf(m_env.dir().path()), before) << name;
-        EXPECT_TRUE(!old || readFile(file(name)) == "old") << name;
+        if (old) { // never read the pipe: that would wait for a writer
+            EXPECT_EQ(readFile(file(name)), "old") << name;
+        }
     }
 }
 

@@ -6,7 +6,7 @@ import numpy as np
 import OpenImageIO as oiio
 import pytest
 import verra_colorconfig as vc
-from conftest import PROGRAM
+from conftest import PROGRAM, program_json
 
 
 @pytest.fixture
@@ -21,16 +21,19 @@ def pixels_and_space(path):
     return buf.get_pixels("float").tolist(), buf.spec().get_string_attribute("oiio:ColorSpace")
 
 
-@pytest.mark.parametrize("call, args, words", [
-    (vc.convert_file, ("srgb_tex", "scene"), ["convert", "--from", "srgb_tex", "--to", "scene"]),
-    (vc.view_file, ("srgb_tex", None, "Standard", ["Bright"]), ["view", "--from", "srgb_tex", "--look", "Bright"]),
+@pytest.mark.parametrize("call, args, options, words", [
+    (vc.convert_file, ("srgb_tex", "scene"), {}, ["convert", "--from", "srgb_tex", "--to", "scene"]),
+    (vc.convert_file, ("lin", "lin"), {"looks": "Bright"}, ["convert", "--from", "lin", "--to", "lin", "--look", "Bright"]),
+    (vc.view_file, ("srgb_tex", None, "Standard", ["Bright"]), {}, ["view", "--from", "srgb_tex", "--look", "Bright"]),
+    (vc.view_file, ("lin",), {"inverse": True, "context": {"SHOT": "a"}},
+     ["view", "--from", "lin", "--inverse", "--context", "SHOT=a"]),
 ])
-def test_files_are_the_programs(config, png, call, args, words):
+def test_files_are_the_programs(config, png, call, args, options, words):
     if not PROGRAM:
         pytest.skip("the colorconfig program is not built")
     path = config()
     ours, theirs = png[:-4] + "_ours.exr", png[:-4] + "_theirs.exr"
-    assert call(png, ours, *args) in (None, ("Monitor", "Standard"))
+    assert call(png, ours, *args, **options) in (None, ("Monitor", "Standard"))
     subprocess.run([PROGRAM, words[0], "--config", path, *words[1:], png, theirs], check=True)
     assert pixels_and_space(ours) == pixels_and_space(theirs)
 
@@ -69,3 +72,14 @@ def test_sequences_are_the_programs_and_name_every_failure(config, png, tmp_path
     for frame in (7, 8, 10):
         assert pixels_and_space(ours % frame) == pixels_and_space(theirs % frame)
         assert oiio.ImageBuf(ours % frame).spec().format == "half"
+
+
+def test_bake_is_the_programs(config, tmp_path):
+    path = config()
+    ours = vc.bake_lut(str(tmp_path / "ours.cube"), "lin", display="Monitor", looks="Bright", size=17)
+    theirs = program_json("bake", "--config", path, "--from", "lin", "--look", "Bright", "--size", "17",
+                          str(tmp_path / "theirs.cube"))
+    assert (ours["format"], ours["largest_error"]) == (theirs["format"], theirs["largest_error"])
+    assert (tmp_path / "ours.cube").read_text() == (tmp_path / "theirs.cube").read_text()
+    with pytest.raises(ValueError, match="unknown LUT format 'icc'; the formats: flame"):
+        vc.bake_lut(str(tmp_path / "x.cube"), "lin", "raw", format="icc")

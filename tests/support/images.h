@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -90,6 +92,28 @@ inline std::vector<float> floatsOf(OIIO::ImageBuf const& image)
     std::vector<float> values(image.spec().image_pixels() * std::size_t(image.nchannels()));
     image.get_pixels(image.roi(), OIIO::TypeDesc::FLOAT, values.data());
     return values;
+}
+
+/// The largest difference between `a` and `b`, value by value.
+inline float largestDifference(Floats const& a, Floats const& b)
+{
+    EXPECT_EQ(a.size(), b.size());
+    float largest = 0;
+    for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
+        largest = std::max(largest, std::abs(a[i] - b[i]));
+    }
+    return largest;
+}
+
+/// `in` through `oiiotool --colorconfig config` and `operation`, written as
+/// float to `out` and read back; `environment` ("NAME=value ") goes first.
+inline Floats oiiotool(std::string const& config, std::string const& in, std::string const& operation,
+                       std::string const& out, std::string const& environment = "")
+{
+    std::string const command = environment + "oiiotool --colorconfig '" + config + "' '" + in + "' -d float " +
+                                operation + " -o '" + out + "'";
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    return floatsOf(readImage(out));
 }
 
 } // namespace verra_test

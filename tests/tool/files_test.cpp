@@ -1,5 +1,6 @@
 // convert, view and preview refuse an output that would replace an input or
-// an earlier output, and take --unassociated-alpha.
+// an earlier output, and take --unassociated-alpha; bake reports what it
+// measured, and every colour operation refuses bad input writing nothing.
 
 #include "tool_test.h"
 
@@ -101,6 +102,49 @@ TEST_F(ToolFiles, SequencesShowProgressOnlyOnATerminalAndSummariseInJson)
               nlohmann::json::parse(R"([{"input": ")" + file("in.%d.png") + R"(", "frames": [9]}])"));
     EXPECT_EQ(summary["skipped"][2]["reason"],
               "'" + file("out.10.tif") + "' is not older than '" + file("in.10.png") + "'");
+}
+
+TEST_F(ToolFiles, BakeReportsItsErrorAndTheLutAppliesWithoutAConfig)
+{
+    std::string const config = sampleConfig();
+    writeNoise(file("in.png"), 8, 3, TypeDesc::UINT8);
+    auto const [code, out, err] =
+        run({"bake", "--config", config, "--from", "srgb_texture", "--to", "lin", "--json", file("a.clf")});
+    ASSERT_EQ(code, 0) << err;
+    nlohmann::json const json = nlohmann::json::parse(out);
+    EXPECT_EQ(json["format"], "Academy/ASC Common LUT Format");
+    EXPECT_LT(json["largest_error"].get<double>(), 1e-5);
+    EXPECT_THAT(err,
+                StartsWith("colorconfig: '" + file("a.clf") + "' (Academy/ASC Common LUT Format): largest error "));
+    ASSERT_EQ(std::get<0>(run({"convert", "--config", config, "--from", "srgb_tex", "--to", "lin", file("in.png"),
+                               file("direct.exr")})),
+              0);
+    ASSERT_EQ(std::get<0>(run({"convert", "--lut", file("a.clf"), file("in.png"), file("lut.exr")})), 0);
+    EXPECT_LT(largestDifference(floatsOf(readImage(file("lut.exr"))), floatsOf(readImage(file("direct.exr")))), 1e-4);
+}
+
+TEST_F(ToolFiles, ColourOperationsRefuseBadInputWritingNothing)
+{
+    std::string const config = sampleConfig(), in = file("in.exr"), out = file("out.exr");
+    writeNoise(in, 8, 3, TypeDesc::FLOAT);
+    std::pair<Words, std::string> const cases[] = {
+        {{"bake", "--config", config, "--from", "lin", "--to", "srgb_tex", file("x.icc")},
+         "no LUT format writes '.icc' files; the formats: flame (.3dl), lustre (.3dl), "},
+        {{"bake", "--config", config, "--from", "lin", "--display", "TV", file("x.cube")},
+         "unknown display 'TV'; the config's displays: 'Monitor'\n"},
+        {{"convert", "--config", config, "--from", "lin", "--to", "raw", "--look", "Dim", in, out},
+         "unknown look 'Dim'; the config's looks: 'Bright'\n"},
+        {{"convert", "--lut", file("gone.cube"), in, out},
+         "cannot read the LUT file '" + file("gone.cube") + "': The specified absolute file reference"},
+        {{"view", "--config", config, "--from", "lni", "--inverse", "--context", "SHOT=a", in, out},
+         "unknown colour space 'lni'; closest: 'lin'"},
+    };
+    for (auto const& [words, message] : cases) {
+        auto const [code, printed, err] = run(words);
+        EXPECT_EQ(code, 1) << words[0];
+        EXPECT_THAT(err, StartsWith("colorconfig: error: " + message));
+    }
+    EXPECT_THAT(entriesOf(m_env.dir().path()), Not(Contains(AnyOf("out.exr", "x.icc", "x.cube"))));
 }
 
 } // namespace

@@ -117,6 +117,29 @@ void addFromTo(CLI::App& app, std::string& from, std::string& to, bool required,
     app.add_option("--to", to, optionHelp(toHelp))->option_text("NAME")->required(required);
 }
 
+void addDisplayView(CLI::App& app, std::string& display, std::string& view)
+{
+    app.add_option("--display", display, optionHelp("The display (the config's default if not given)."))
+        ->option_text("NAME");
+    app.add_option("--view", view, optionHelp("The view of that display (its default if not given)."))
+        ->option_text("NAME");
+}
+
+void addContext(CLI::App& app, kit::ContextVariables& variables)
+{
+    auto const check = [](std::string const& word) {
+        std::pair<std::string, std::string> unused;
+        return kit::parseContextVariable(word, unused) ? std::string() : "'" + word + "' is not KEY=VALUE";
+    };
+    app.add_option("--context")
+        ->description(optionHelp("Sets a context variable of the config for this run, as the environment would "
+                                 "($SHOT in its file paths); repeatable."))
+        ->option_text("KEY=VALUE")
+        ->take_all()
+        ->check(check)
+        ->each([&variables](std::string const& word) { kit::parseContextVariable(word, variables.emplace_back()); });
+}
+
 void addUnassociatedAlpha(CLI::App& app, bool& value)
 {
     app.add_flag("--unassociated-alpha", value,
@@ -165,7 +188,7 @@ ExitCode runCli(std::vector<std::string> const& words)
     CommonOptions common;
     std::vector<Subcommand> commands;
     for (AddSubcommand add :
-         {&addInfo, &addCheck, &addFind, &addGuess, &addColor, &addConvert, &addPreview, &addView}) {
+         {&addInfo, &addCheck, &addFind, &addGuess, &addColor, &addConvert, &addPreview, &addView, &addBake}) {
         commands.push_back(add(program, common));
         CLI::App& sub = *commands.back().app;
         sub.add_option("--config", common.config,

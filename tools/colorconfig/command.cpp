@@ -1,43 +1,26 @@
 #include "command.h"
 
 #include "console.h"
-#include "text_layout.h"
-
-#include <verra_sdk/kit/processor_check.h>
 
 namespace colorconfig {
 
 void reportUnknownColorSpace(std::string const& typed)
 {
-    std::vector<std::string> const closest = kit::closestColorSpaces(typed);
-    if (closest.empty()) {
-        console::error("unknown colour space '{}' ('colorconfig info' lists them all)", typed);
-    } else {
-        console::error("unknown colour space '{}'; closest: {}", typed, text::quoted(closest));
-    }
-}
-
-std::string colorSpaceNamed(std::string const& typed)
-{
-    kit::ResolvedName resolved = kit::resolveColorSpace(typed);
-    if (resolved.name.empty()) {
-        reportUnknownColorSpace(typed);
-    }
-    return std::move(resolved.name);
+    console::error("{}", kit::unknownColorSpaceText(typed));
 }
 
 std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped)
 {
-    std::string const from = fromTyped == "auto" ? fromTyped : colorSpaceNamed(fromTyped);
-    std::string const to = colorSpaceNamed(toTyped);
-    if (from.empty() || to.empty()) {
+    kit::ColorTransform transform;
+    // With "auto", `to` is checked from the scene-linear space.
+    transform.from = fromTyped == "auto" ? "linear" : fromTyped;
+    transform.to = toTyped;
+    std::string message;
+    if (!kit::chooseColorTransform(transform, message)) {
+        console::error("{}", message);
         return {};
     }
-    if (std::string const problem = from == "auto" ? "" : kit::conversionProblem(from, to); !problem.empty()) {
-        console::error("cannot convert from '{}' to '{}': {}", from, to, problem);
-        return {};
-    }
-    return {from, to};
+    return {fromTyped == "auto" ? fromTyped : transform.from, transform.to};
 }
 
 std::string guessStep(kit::FileGuess const& guess, std::string& note)

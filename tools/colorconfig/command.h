@@ -5,6 +5,7 @@
 
 #include "exit_code.h"
 
+#include <verra_sdk/kit/color_transform.h>
 #include <verra_sdk/kit/file_guess.h>
 #include <verra_sdk/kit/names.h>
 
@@ -54,6 +55,7 @@ Subcommand addColor(CLI::App& program, CommonOptions& common);
 Subcommand addConvert(CLI::App& program, CommonOptions& common);
 Subcommand addPreview(CLI::App& program, CommonOptions& common);
 Subcommand addView(CLI::App& program, CommonOptions& common);
+Subcommand addBake(CLI::App& program, CommonOptions& common);
 
 /// A new subcommand `name` of `program`, its help ending with
 /// `description` and the exit codes.
@@ -68,6 +70,14 @@ void addJsonFlag(CLI::App& app, CommonOptions& common, char const* help);
 /// Adds --from and --to (NAME) to `app`, with their help.
 void addFromTo(CLI::App& app, std::string& from, std::string& to, bool required, char const* fromHelp,
                char const* toHelp);
+
+/// Adds --display and --view (NAME) to `app`: the config's defaults when
+/// not given.
+void addDisplayView(CLI::App& app, std::string& display, std::string& view);
+
+/// Adds --context KEY=VALUE, repeatable, to `app`: each adds a variable to
+/// `variables`; a word without "=" is a usage error.
+void addContext(CLI::App& app, kit::ContextVariables& variables);
 
 /// Adds --unassociated-alpha (of `convert` and `view`) to `app`.
 void addUnassociatedAlpha(CLI::App& app, bool& value);
@@ -84,14 +94,10 @@ bool parseNumber(std::string const& word, double& value);
 /// standard error.
 void reportUnknownColorSpace(std::string const& typed);
 
-/// `typed` as `kit::resolveColorSpace` resolves it, or empty after
-/// `reportUnknownColorSpace`.
-std::string colorSpaceNamed(std::string const& typed);
-
-/// --from and --to resolved as `colorSpaceNamed` resolves them; both empty
-/// after the errors when a name is unknown or the configuration cannot
-/// convert between them ("cannot convert from 'A' to 'B': <OpenColorIO's
-/// reason>"). A --from of "auto" stays "auto".
+/// --from and --to resolved as `kit::chooseColorTransform` resolves them;
+/// both empty after the error when a name is unknown or the configuration
+/// cannot convert between them ("cannot convert from 'A' to 'B':
+/// <OpenColorIO's reason>"). A --from of "auto" stays "auto".
 std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped);
 
 /// How `guess` found its colour space: "file rule 'R'" or the step's word,

@@ -27,10 +27,7 @@ ExitCode runFiles(std::vector<kit::FramePair> const& words, kit::BatchRequest re
                   CommonOptions const& common, std::string const& done)
 {
     kit::SequencePlan const plan = kit::planSequences(words, options.frames);
-    Json summary;
-    for (char const* key : {"converted", "skipped", "failed", "missing"}) {
-        summary[key] = Json::array();
-    }
+    Json summary = Json::parse(R"({"converted": [], "skipped": [], "failed": [], "missing": []})");
     for (kit::SequenceGap const& gap : plan.missing) {
         console::note("warning: '{}' misses the frames {}", gap.input, kit::framesText(gap.frames));
         summary["missing"].push_back({{"input", gap.input}, {"frames", gap.frames}});
@@ -42,7 +39,7 @@ ExitCode runFiles(std::vector<kit::FramePair> const& words, kit::BatchRequest re
     request.files = plan.files;
     request.model.choices = options.output;
     kit::BatchOptions batch = options.batch;
-    batch.progress = [&common, &done, several = plan.files.size() > 1](kit::BatchProgress const& progress) {
+    batch.progress = [&common, &done](kit::BatchProgress const& progress) {
         kit::BatchItem const& item = *progress.item;
         if (common.verbose && !item.fromSource.empty()) {
             console::note("'{}': {} ({})", item.files.input, item.from, item.fromSource);
@@ -53,9 +50,7 @@ ExitCode runFiles(std::vector<kit::FramePair> const& words, kit::BatchRequest re
         if (item.job.firstImageOnly && item.result.images > 1) {
             console::note("'{}' holds {} images; the preview shows the first", item.files.input, item.result.images);
         }
-        if (several) {
-            console::status(kit::progressText(progress));
-        }
+        console::status(kit::progressText(progress));
     };
     kit::BatchSummary const result = kit::runBatch(request, batch);
     console::clearStatus();

@@ -26,7 +26,7 @@ void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, 
 /// Expands each pair of `words` (file names or frame patterns) with
 /// --frames, runs them as one batch of `request` (whose files it fills), and
 /// prints "IN -> OUT<done>" for each file converted (with a progress line
-/// on a terminal), each file's colour space with --verbose when it was
+/// on a terminal, which the console shows only there), each file's colour space with --verbose when it was
 /// "auto", then an error per failed file, or with --json the summary
 /// {converted, skipped, failed, missing} of items {frame, input, output, from,
 /// from_source, reason}. Failure when a pattern is refused or a file failed.

@@ -36,8 +36,7 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
         "standard error is a terminal. --from auto takes each file's 'oiio:ColorSpace' when the config knows it, "
         "else the file rules' guess.");
     struct ConvertOptions {
-        std::string from;
-        std::string to;
+        kit::ColorTransform transform;
         std::string outDir;
         CLI::Option* outDirOption = nullptr;
         bool unassociatedAlpha = false;
@@ -45,8 +44,15 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
         FileOptions batch;
     };
     auto options = std::make_shared<ConvertOptions>();
-    addFromTo(*app, options->from, options->to, true, "The colour space of the input pixels.",
+    addFromTo(*app, options->transform.from, options->transform.to, false, "The colour space of the input pixels.",
               "The colour space to convert into.");
+    app->add_option("--look", options->transform.looks,
+                    optionHelp("Looks to apply between --from and --to, separated by commas."))
+        ->option_text("L[,L2]");
+    app->add_option("--lut", options->transform.lutFile, optionHelp("Apply this LUT file (any OpenColorIO reads)."))
+        ->option_text("FILE");
+    app->add_flag("--invert", options->transform.invert, optionHelp("Apply the LUT file inverted."))->needs("--lut");
+    addContext(*app, options->transform.context);
     options->outDirOption =
         app->add_option("--out-dir", options->outDir, optionHelp("Write every output into this existing folder."))
             ->option_text("DIR");
@@ -66,14 +72,24 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
             console::error("output folder '{}' does not exist or is not a folder", options->outDir);
             return ExitCode::Failure;
         }
-        auto const [from, to] = conversionNamed(options->from, options->to);
-        if (from.empty()) {
+        kit::ColorTransform transform = options->transform;
+        if (transform.lutFile.empty() && (transform.from.empty() || transform.to.empty())) {
+            return usageError("'convert' needs --from and --to, or --lut", "convert");
+        }
+        // With "auto", the names are checked from the scene-linear space; each file's own comes later.
+        bool const automatic = transform.from == "auto";
+        transform.from = automatic ? "linear" : transform.from;
+        std::string message;
+        if (!kit::chooseColorTransform(transform, message)) {
+            console::error("{}", message);
             return ExitCode::Failure;
         }
         auto const pairs =
             toFolder ? kit::intoFolder(words, options->outDir) : std::vector<kit::FramePair>{{-1, words[0], words[1]}};
-        kit::FileJob const model{"", "", kit::Precision::KeepBytes, false, {}, options->unassociatedAlpha};
-        return runFiles(pairs, {{}, from, kit::conversionMaker(to), model}, options->batch, common, "");
+        kit::Precision const precision = transform.plain() ? kit::Precision::KeepBytes : kit::Precision::Float;
+        kit::FileJob const model{"", "", precision, false, {}, options->unassociatedAlpha};
+        std::string const from = automatic ? "auto" : transform.from;
+        return runFiles(pairs, {{}, from, kit::colorTransformMaker(transform), model}, options->batch, common, "");
     };
     return {app, run, false, nullptr};
 }

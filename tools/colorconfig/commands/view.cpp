@@ -22,45 +22,41 @@ Subcommand addView(CLI::App& program, CommonOptions& common)
         "names the view's colour space. Without --display and --view, the config's default display and its "
         "default view. File safety, frame patterns and --from auto as for convert.");
     struct ViewOptions {
-        std::string from;
-        std::string display;
-        std::string view;
-        std::string looks;
+        kit::DisplayViewRequest request;
         bool unassociatedAlpha = false;
         std::vector<std::string> files;
         FileOptions batch;
     };
     auto options = std::make_shared<ViewOptions>();
-    app->add_option("--from", options->from, optionHelp("The colour space of the input pixels."))
+    app->add_option("--from", options->request.from, optionHelp("The colour space of the input pixels."))
         ->option_text("NAME")
         ->required();
-    app->add_option("--display", options->display, optionHelp("The display (the config's default if not given)."))
-        ->option_text("NAME");
-    app->add_option("--view", options->view, optionHelp("The view of that display (its default if not given)."))
-        ->option_text("NAME");
-    app->add_option("--look", options->looks, optionHelp("Looks to apply, separated by commas."))
+    addDisplayView(*app, options->request.display, options->request.view);
+    app->add_option("--look", options->request.looks, optionHelp("Looks to apply, separated by commas."))
         ->option_text("L[,L2]");
+    app->add_flag("--inverse", options->request.inverse,
+                  optionHelp("Take display-referred IN back to --from through the inverse of the view and looks."));
+    addContext(*app, options->request.context);
     addUnassociatedAlpha(*app, options->unassociatedAlpha);
     addFileOptions(*app, options->batch, common, true);
     app->add_option("IN_OUT", options->files, "The image and its result")->type_name("")->expected(2)->required();
     auto const run = [options, &common] {
         // With "auto", the display and view are checked from the scene-linear space.
-        std::string const from = options->from == "auto" ? "linear" : colorSpaceNamed(options->from);
-        if (from.empty()) {
-            return ExitCode::Failure;
-        }
+        kit::DisplayViewRequest request = options->request;
+        request.from = request.from == "auto" ? "linear" : request.from;
         kit::DisplayView chosen;
         std::string message;
-        kit::DisplayViewRequest const request{from, options->display, options->view, options->looks};
         if (!kit::chooseDisplayView(request, chosen, message)) {
             console::error("{}", message);
             return ExitCode::Failure;
         }
         kit::FileJob const model{"", "", kit::Precision::Float, false, {}, options->unassociatedAlpha};
-        std::string const looks = chosen.looks.empty() ? "" : ", looks " + chosen.looks;
+        std::string const looks =
+            (chosen.looks.empty() ? "" : ", looks " + chosen.looks) + (chosen.inverse ? ", inverted" : "");
+        request.from = options->request.from == "auto" ? "auto" : chosen.from;
         return runFiles({{-1, options->files[0], options->files[1]}},
-                        {{}, options->from == "auto" ? "auto" : from, kit::displayViewMaker(request), model},
-                        options->batch, common, " (" + chosen.display + " / " + chosen.view + looks + ")");
+                        {{}, request.from, kit::displayViewMaker(request), model}, options->batch, common,
+                        " (" + chosen.display + " / " + chosen.view + looks + ")");
     };
     return {app, run, false, nullptr};
 }

@@ -6,6 +6,8 @@
 // Not thread-safe (one thread at a time, as the module); never throws or
 // prints.
 
+#include <verra_sdk/kit/color_transform.h>
+
 #include <OpenImageIO/imagebuf.h>
 
 #include <string>
@@ -20,29 +22,39 @@ struct DisplayView {
     std::string view;
     /// The looks as OpenColorIO takes them ("a, +b, -c"); empty for none.
     std::string looks;
-    /// The colour space the view gives, for the output's "oiio:ColorSpace".
+    /// The colour space the result is in, for the output's "oiio:ColorSpace":
+    /// the view's, or `from` when inverted.
     std::string result;
+    /// True to take display-referred pixels back to `from` through the
+    /// inverse of the view and its looks.
+    bool inverse = false;
+    /// Context variables set for this transform, as the environment would.
+    ContextVariables context = {};
 };
 
 /// What the user asked for: empty display or view means the config's
-/// default, and `from` is a name the tool already resolved.
+/// default; `from` is a colour-space name as the user typed it.
 struct DisplayViewRequest {
     std::string from;
     std::string display;
     std::string view;
     std::string looks;
+    bool inverse = false;
+    ContextVariables context = {};
 };
 
 /// Checks `request` against the configuration of the latest `loadConfig`
 /// (the built-in colour spaces alone have no displays) and builds the
 /// transform's processor once with OpenColorIO. Every display and every view
 /// of a display is accepted, active or not (its own views, then the shared
-/// ones it uses); names match exactly, else apart from case; "linear" stands
-/// for the scene_linear role when the config has no such space. Looks given
-/// replace the view's own looks; none keeps them. On success fills `chosen`;
-/// else leaves it as it was and returns false, with a message in `error`
-/// that names the valid choices for an unknown display, view, look or colour
-/// space, or with OpenColorIO's reason when the processor cannot be built.
+/// ones it uses); names match exactly, else apart from case; `from` is
+/// resolved as `resolveColorSpace` resolves it, and "linear" stands for the
+/// scene_linear role when the config has no such space. Looks given
+/// replace the view's own looks; none keeps them. `inverse` and `context`
+/// are passed on. On success fills `chosen`; else leaves it as it was and
+/// returns false, with a message in `error` that names the valid choices for
+/// an unknown display, view, look or colour space, or with OpenColorIO's
+/// reason when the processor (or its inverse) cannot be built.
 bool chooseDisplayView(DisplayViewRequest const& request, DisplayView& chosen, std::string& error);
 
 /// Applies `transform`, with its looks, to the FLOAT RGB or RGBA `pixels` in

@@ -13,6 +13,7 @@
 // time). Failures are values; nothing is thrown or printed.
 
 #include <verra_sdk/kit/batch.h>
+#include <verra_sdk/kit/color_transform.h>
 #include <verra_sdk/kit/display_view.h>
 #include <verra_sdk/kit/file_job.h>
 
@@ -29,6 +30,12 @@ ImageOperation conversionOperation(std::string const& from, std::string const& t
 /// configuration cannot make it (`conversionProblem`).
 OperationMaker conversionMaker(std::string const& to);
 
+/// For a batch: `colorTransformOperation` of `transform` with `from`
+/// replaced by each colour space (kept when that is empty, as for a LUT
+/// file alone), checked by `chooseColorTransform`; none, with its reason,
+/// when the check fails.
+OperationMaker colorTransformMaker(ColorTransform const& transform);
+
 /// For a batch: `displayViewOperation` of the display, view and looks of
 /// `request` (whose `from` is replaced by each colour space), or none, with
 /// `chooseDisplayView`'s reason.
@@ -38,6 +45,13 @@ OperationMaker displayViewMaker(DisplayViewRequest const& request);
 /// through `transformColorChannels`: alpha and other channels kept); the
 /// image's "oiio:ColorSpace" becomes the view's colour space.
 ImageOperation displayViewOperation(DisplayView const& transform);
+
+/// Applies `transform` (checked by `chooseColorTransform`) to each image's
+/// colour channels: a plain one as `conversionOperation` does, others as
+/// `displayViewOperation` applies a view, on FLOAT images only. The image's
+/// "oiio:ColorSpace" becomes the transform's result, and is removed after a
+/// LUT file.
+ImageOperation colorTransformOperation(ColorTransform const& transform);
 
 /// Makes each image its opaque 8-bit preview: the colour channels (grey
 /// spread over RGB) converted from `from` to `to`, then quantised by

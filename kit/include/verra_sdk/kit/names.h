@@ -65,6 +65,11 @@ ResolvedName resolveColorSpace(std::string_view typed);
 /// under the configuration.
 std::vector<std::string> closestColorSpaces(std::string_view typed, std::size_t limit = 3);
 
+/// Why `typed` names no colour space, with the names that resemble it:
+/// "unknown colour space '<typed>'; closest: 'a', 'b'", or, when none does,
+/// "unknown colour space '<typed>' ('colorconfig info' lists them all)".
+std::string unknownColorSpaceText(std::string_view typed);
+
 /// The configuration's inactive colour spaces, each once, in its order;
 /// empty with the built-ins alone.
 std::vector<std::string> inactiveColorSpaces();

@@ -43,6 +43,14 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
 /// another write to one of the targets runs. Costs one read of each folder.
 std::size_t removeStaleTemporaries(std::vector<std::string> const& targets);
 
+/// Writes `bytes` to `target` (a LUT file, a text) as `writeImageFile`
+/// writes images: into a temporary file beside it, renamed over it (through
+/// a symbolic link, the file it points to, whose permissions it takes) only
+/// once every byte is written and the file is closed. On failure `target`
+/// is left as it was, and `error` says why; a `target` that exists and is
+/// not a regular file is refused. Costs one write of `bytes`.
+bool writeTextFile(std::string const& target, std::string const& bytes, std::string& error);
+
 /// Makes SIGINT, SIGTERM, SIGHUP and SIGQUIT, and an exit() from inside a
 /// library, remove the temporary files of the writes in progress before the
 /// program ends as asked, and makes a
