@@ -91,8 +91,7 @@ TEST_F(ToolFiles, SequencesShowProgressOnlyOnATerminalAndSummariseInJson)
     std::string const convert = "\"$P\" convert --from auto --to linear \"$D\"/in.%d.png \"$D\"/out.@@.tif";
     Outcome const terminal =
         shell("export P=\"$1\" D=\"$2\"; script -qec '" + convert + "' /dev/null", {m_env.dir().path()});
-    EXPECT_THAT(std::get<1>(terminal), HasSubstr("\r3/3 frames  "));
-    EXPECT_THAT(std::get<1>(terminal), HasSubstr(" left\033[K"));
+    EXPECT_THAT(std::get<1>(terminal), ContainsRegex("\r3/3 frames  .* left\033\\[K"));
     Outcome const json = shell("P=\"$1\" D=\"$2\"; " + convert + " --update --json -v", {m_env.dir().path()});
     EXPECT_THAT(std::get<2>(json),
                 HasSubstr("colorconfig: warning: '" + file("in.%d.png") + "' misses the frames 9\n"));
