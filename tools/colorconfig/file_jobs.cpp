@@ -9,9 +9,9 @@ namespace colorconfig {
 
 void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, bool dataTypes)
 {
-    app.add_option("--frames", options.frames, optionHelp("Frames of patterns (#, @, %0Nd): 1001-1100x2,1200"));
-    app.add_option("--jobs", options.batch.jobs, optionHelp("Files converted at once (default: --threads)."));
-    app.add_option("--threads", options.batch.threads, optionHelp("Threads in all (default, 0: one per core)."));
+    app.add_option("--frames", options.frames, optionHelp("Frames: 1001-1100, 1001-1100x2,1200"))->option_text("LIST");
+    app.add_option("--jobs", options.batch.jobs, optionHelp("Files at once (default: --threads)."))->option_text("N");
+    app.add_option("--threads", options.batch.threads, optionHelp("Threads in all (0: all cores)."))->option_text("N");
     app.add_flag("--update", options.batch.update, optionHelp("Convert only outputs missing or older than inputs."));
     addJsonFlag(app, common, "Print a summary {converted, skipped, failed, missing} as JSON.");
     if (dataTypes) {
@@ -20,7 +20,7 @@ void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, 
         app.add_flag("--dither", options.output.dither, optionHelp("Dither values written in 8 bits from wider data."));
     }
     app.add_option("--compression", options.output.compression, optionHelp("Compression (zip, piz, dwaa, lzw...)."));
-    app.add_option("--quality", options.output.quality, optionHelp("JPEG quality, 1-100."))->check(CLI::Range(1, 100));
+    app.add_option("--quality", options.output.quality, optionHelp("JPEG quality."))->check(CLI::Range(1, 100));
 }
 
 ExitCode runFiles(std::vector<kit::FramePair> const& words, kit::BatchRequest request, FileOptions const& options,

@@ -32,8 +32,8 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
         "that cannot hold every subimage or MIP level is refused. Each output is written beside its target and "
         "renamed into place only once complete, so a failed or interrupted run leaves existing files as they "
         "were, and no output ever replaces an input. IN and OUT may be frame patterns (#: four digits, @: one "
-        "digit each, %0Nd), converted at once on every core; with several files, a progress line is shown while "
-        "standard error is a terminal. --from auto takes each file's 'oiio:ColorSpace' when the config knows it, "
+        "digit each, %0Nd), converted at once on every core; a progress line is shown while standard error "
+        "is a terminal. --from auto takes each file's 'oiio:ColorSpace' when the config knows it, "
         "else the file rules' guess.");
     struct ConvertOptions {
         kit::ColorTransform transform;
