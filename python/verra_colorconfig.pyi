@@ -102,8 +102,17 @@ def convert_file(
     lut: Optional[str] = None,
     invert: bool = False,
     context: Dict[str, str] = {},
-) -> None:
-    """Converts an image file as `colorconfig convert` does (looks between the spaces, or a LUT file), with its file safety."""
+    frames: Optional[str] = None,
+    jobs: int = 0,
+    threads: int = 0,
+    update: bool = False,
+    data_type: Optional[str] = None,
+    compression: Optional[str] = None,
+    quality: int = 0,
+    dither: bool = False,
+) -> Optional[Dict[str, List[Any]]]:
+    """Converts an image file or a frame sequence as `colorconfig convert` does (looks between the spaces, or a
+    LUT file), with its file safety; for a pattern, returns {'converted': [...], 'skipped': [...], 'missing': [frames]}."""
 
 def view_file(
     src: str,
@@ -114,25 +123,22 @@ def view_file(
     looks: Looks = (),
     *,
     unassociated_alpha: bool = False,
-    inverse: bool = False,
-    context: Dict[str, str] = {},
-) -> Tuple[str, str]:
-    """An image file through a display/view (or back), as `colorconfig view`; returns (display, view)."""
-
-def bake_lut(
-    dst: str,
-    from_space: str,
+    from_space: Optional[str] = None,
     to_space: Optional[str] = None,
     *,
-    display: Optional[str] = None,
-    view: Optional[str] = None,
+    unassociated_alpha: bool = False,
     looks: Looks = (),
-    shaper: Optional[str] = None,
-    size: int = 0,
-    format: Optional[str] = None,
+    lut: Optional[str] = None,
+    invert: bool = False,
     context: Dict[str, str] = {},
-) -> Dict[str, Any]:
-    """Bakes a LUT file as `colorconfig bake`; returns 'format', 'largest_error', 'samples', 'unmeasured'."""
-
-def lut_formats() -> List[Tuple[str, str]]:
-    """The (name, extension) of every format bake_lut() writes."""
+    frames: Optional[str] = None,
+    jobs: int = 0,
+    threads: int = 0,
+    update: bool = False,
+    data_type: Optional[str] = None,
+    compression: Optional[str] = None,
+    quality: int = 0,
+    dither: bool = False,
+) -> Optional[Dict[str, List[Any]]]:
+    """Converts an image file or a frame sequence as `colorconfig convert` does (looks between the spaces, or a
+    LUT file), with its file safety; for a pattern, returns {'converted': [...], 'skipped': [...], 'missing': [frames]}."""

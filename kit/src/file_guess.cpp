@@ -3,6 +3,10 @@
 #include "current_config.h"
 
 #include <verra_sdk/colorconfig.h>
+#include <verra_sdk/kit/image_file.h>
+#include <verra_sdk/kit/names.h>
+
+#include <OpenImageIO/imageio.h>
 
 namespace orv::verra_sdk::kit {
 
@@ -57,6 +61,33 @@ FileGuess guessColorSpace(std::string const& fileName, bool fallback)
         }
     }
     return guess;
+}
+
+FileColorSpace colorSpaceOfFile(std::string const& path)
+{
+    FileColorSpace found;
+    auto const input = OIIO::ImageInput::open(path);
+    if (!input) {
+        found.error = orUnknown(OIIO::geterror());
+        return found;
+    }
+    // OpenImageIO's OpenEXR reader says "Linear" of every file: no EXR file
+    // records its space there.
+    std::string const recorded = std::string(input->format_name()) == "openexr"
+                                     ? std::string()
+                                     : std::string(input->spec().get_string_attribute("oiio:ColorSpace"));
+    ResolvedName resolved = recorded.empty() ? ResolvedName() : resolveColorSpace(recorded);
+    // A built-in that converts only to the other built-ins is no space of the
+    // config's (OpenImageIO's readers say "sRGB" of most 8-bit files).
+    if (!resolved.name.empty() && resolved.how != NameMatch::BuiltInIsolated) {
+        found.colorSpace = std::move(resolved.name);
+        found.source = "oiio:ColorSpace";
+        return found;
+    }
+    FileGuess const guess = guessColorSpace(path, true);
+    found.colorSpace = guess.colorSpace;
+    found.source = guess.step == GuessStep::FileRule ? "file rule '" + guess.rule + "'" : guessStepName(guess.step);
+    return found;
 }
 
 } // namespace orv::verra_sdk::kit

@@ -2,6 +2,9 @@
 
 #include <verra_sdk/kit/safe_output.h>
 
+#include <OpenImageIO/imageio.h>
+#include <OpenImageIO/strutil.h>
+
 #include <filesystem>
 
 namespace orv::verra_sdk::kit {
@@ -29,9 +32,67 @@ bool storesBytes(std::string const& output)
     return format.empty() || formatStoresBytes(format);
 }
 
+/// The type stored for `name`, one of `outputDataTypes`; UNKNOWN otherwise.
+OIIO::TypeDesc dataTypeNamed(std::string const& name)
+{
+    return name == "uint8"                        ? OIIO::TypeDesc::UINT8
+           : name == "uint10" || name == "uint16" ? OIIO::TypeDesc::UINT16
+           : name == "half"                       ? OIIO::TypeDesc::HALF
+           : name == "float"                      ? OIIO::TypeDesc::FLOAT
+                                                  : OIIO::TypeDesc::UNKNOWN;
+}
+
+/// Applies `choices` to the description of `level` that is written to `output`.
+bool applyChoices(OutputChoices const& choices, std::string const& output, ImageLevel& level, std::string& error)
+{
+    OIIO::ImageSpec& spec = level.fileSpec;
+    if (!choices.dataType.empty()) {
+        OIIO::TypeDesc const type = dataTypeNamed(choices.dataType);
+        if (type == OIIO::TypeDesc::UNKNOWN) {
+            error = "unknown data type '" + choices.dataType + "'";
+            return false;
+        }
+        spec.set_format(type);
+        spec.channelformats.clear();
+        spec.erase_attribute("oiio:BitsPerSample");
+        if (choices.dataType == "uint10") {
+            spec.attribute("oiio:BitsPerSample", 10);
+        }
+    }
+    if (!choices.compression.empty()) {
+        spec.attribute("compression", choices.compression);
+    }
+    if (choices.quality > 0) {
+        // The quality goes with the compression asked for, else JPEG's in a
+        // JPEG file, else the input's compression.
+        std::string const compression = !choices.compression.empty() ? choices.compression
+                                        : formatForPath(output) == "jpeg"
+                                            ? std::string("jpeg")
+                                            : std::string(spec.get_string_attribute("compression"));
+        std::string const name = compression.substr(0, compression.find(':'));
+        spec.attribute("CompressionQuality", choices.quality);
+        if (!name.empty()) {
+            spec.attribute("compression", name + ":" + std::to_string(choices.quality));
+        }
+    }
+    if (choices.dither) {
+        // oiiotool's seed: the hash of the output's name as given (0 would
+        // turn dithering off).
+        auto const seed = static_cast<int>(OIIO::Strutil::strhash(output));
+        spec.attribute("oiio:dither", seed != 0 ? seed : 1);
+    }
+    return true;
+}
+
 } // namespace
 
-JobResult runFileJob(FileJob const& job, FileLedger& ledger)
+std::vector<std::string> const& outputDataTypes()
+{
+    static std::vector<std::string> const names{"uint8", "uint10", "uint16", "half", "float"};
+    return names;
+}
+
+JobResult checkFileJob(FileJob const& job, FileLedger const& ledger, std::string& target)
 {
     JobResult result;
     std::vector<std::string> const own{job.input};
@@ -44,17 +105,24 @@ JobResult runFileJob(FileJob const& job, FileLedger& ledger)
     }
     // The same file by any path: through "..", symbolic links, the current folder.
     std::error_code failed;
-    std::string target = stdfs::weakly_canonical(job.output, failed).string();
+    target = stdfs::weakly_canonical(job.output, failed).string();
     if (failed) {
         target = stdfs::path(job.output).lexically_normal().string();
     }
     if (ledger.written.count(target) != 0) {
         result.failure = JobFailure::WrittenBefore;
-        return result;
     }
+    return result;
+}
+
+JobResult processFileJob(FileJob const& job)
+{
+    JobResult result;
+    bool const bytesKept = job.choices.dataType.empty() || job.choices.dataType == "uint8";
     ReadOptions options;
-    options.precision =
-        job.precision == Precision::KeepBytes && storesBytes(job.output) ? Precision::KeepBytes : Precision::Float;
+    options.precision = job.precision == Precision::KeepBytes && storesBytes(job.output) && bytesKept
+                            ? Precision::KeepBytes
+                            : Precision::Float;
     options.alphaUnassociated = job.alphaUnassociated;
     ImageFile file;
     if (!readImageFile(job.input, options, file, result.message)) {
@@ -72,12 +140,28 @@ JobResult runFileJob(FileJob const& job, FileLedger& ledger)
             result.failure = JobFailure::Operation;
             return result;
         }
+        if (!applyChoices(job.choices, job.output, level, result.message)) {
+            result.failure = JobFailure::Write;
+            return result;
+        }
     }
     if (!writeImageFile(job.output, file, result.message)) {
         result.failure = JobFailure::Write;
+    }
+    return result;
+}
+
+JobResult runFileJob(FileJob const& job, FileLedger& ledger)
+{
+    std::string target;
+    JobResult result = checkFileJob(job, ledger, target);
+    if (!result.ok()) {
         return result;
     }
-    ledger.written.insert(target);
+    result = processFileJob(job);
+    if (result.ok()) {
+        ledger.written.insert(target);
+    }
     return result;
 }
 

@@ -1,6 +1,7 @@
 #include <verra_sdk/kit/image_operations.h>
 
 #include <verra_sdk/kit/color_channels.h>
+#include <verra_sdk/kit/processor_check.h>
 
 #include <OpenImageIO/imagebufalgo.h>
 #include <OpenImageIO/imageio.h>
@@ -11,6 +12,37 @@ ImageOperation conversionOperation(std::string const& from, std::string const& t
 {
     return [from = String(from), to = String(to)](ImageLevel& level, std::string& error) {
         return convertLevel(level, from, to, error);
+    };
+}
+
+OperationMaker conversionMaker(std::string const& to)
+{
+    return [to](std::string const& from, std::string& error) {
+        std::string const problem = conversionProblem(from, to);
+        if (!problem.empty()) {
+            error = "cannot convert from '" + from + "' to '" + to + "': " + problem;
+            return ImageOperation();
+        }
+        return conversionOperation(from, to);
+    };
+}
+
+OperationMaker colorTransformMaker(ColorTransform const& transform)
+{
+    return [transform](std::string const& from, std::string& error) {
+        ColorTransform chosen = transform;
+        chosen.from = from.empty() ? transform.from : from;
+        return chooseColorTransform(chosen, error) ? colorTransformOperation(chosen) : ImageOperation();
+    };
+}
+
+OperationMaker displayViewMaker(DisplayViewRequest const& request)
+{
+    return [request](std::string const& from, std::string& error) {
+        DisplayViewRequest asked = request;
+        asked.from = from;
+        DisplayView chosen;
+        return chooseDisplayView(asked, chosen, error) ? displayViewOperation(chosen) : ImageOperation();
     };
 }
 
@@ -69,6 +101,11 @@ ImageOperation previewOperation(std::string const& from, std::string const& to, 
         level.fileSpec.attribute("oiio:ColorSpace", std::string(to.view()));
         return true;
     };
+}
+
+OperationMaker previewMaker(std::string const& to, bool alpha)
+{
+    return [to, alpha](std::string const& from, std::string&) { return previewOperation(from, to, alpha); };
 }
 
 bool previewTarget(std::string const& output, bool& alpha, std::string& error)

@@ -3,13 +3,17 @@
 #include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imagebufalgo.h>
 #include <OpenImageIO/imageio.h>
+#include <OpenImageIO/strutil.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <map>
+#include <set>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,14 +24,20 @@ namespace {
 
 namespace stdfs = std::filesystem;
 
-/// The temporary file of the write in progress, for the signal handler.
-char s_pendingPath[4096];
-volatile std::sig_atomic_t s_hasPending = 0;
+/// The temporary files of the writes in progress, for the signal handler:
+/// one slot per write, claimed and freed with atomic operations, which a
+/// signal handler may read.
+constexpr std::size_t kPendingSlots = 64;
+char s_pendingPaths[kPendingSlots][4096];
+/// 0: free; 1: being filled; 2: holds the path of a pending file.
+std::atomic<int> s_pendingState[kPendingSlots];
 
 void removePending()
 {
-    if (s_hasPending != 0) {
-        ::unlink(s_pendingPath);
+    for (std::size_t slot = 0; slot < kPendingSlots; ++slot) {
+        if (s_pendingState[slot].load() == 2) {
+            ::unlink(s_pendingPaths[slot]);
+        }
     }
 }
 
@@ -38,20 +48,35 @@ extern "C" void removePendingAndExit(int signalNumber)
     std::raise(signalNumber);
 }
 
+/// The suffix of a temporary file's name after the target's name:
+/// ".colorconfig-" eight hexadecimal digits ".tmp".
+constexpr char const* kTemporaryMark = ".colorconfig-";
+constexpr std::size_t kTemporaryDigits = 8;
+constexpr char const* kTemporaryEnd = ".tmp";
+
 /// A temporary file that is removed when it goes, unless it was renamed
 /// into place.
 class PendingFile {
 public:
     explicit PendingFile(std::string path) : m_path(std::move(path))
     {
-        if (m_path.size() < sizeof s_pendingPath) {
-            std::memcpy(s_pendingPath, m_path.c_str(), m_path.size() + 1);
-            s_hasPending = 1;
+        // Without a free slot, or for a longer path, a signal leaves the file
+        // behind, and the next write to the target removes it.
+        for (std::size_t slot = 0; slot < kPendingSlots && m_path.size() < sizeof s_pendingPaths[0]; ++slot) {
+            int expected = 0;
+            if (s_pendingState[slot].compare_exchange_strong(expected, 1)) {
+                std::memcpy(s_pendingPaths[slot], m_path.c_str(), m_path.size() + 1);
+                s_pendingState[slot].store(2);
+                m_slot = slot;
+                break;
+            }
         }
     }
     ~PendingFile()
     {
-        s_hasPending = 0;
+        if (m_slot < kPendingSlots) {
+            s_pendingState[m_slot].store(0);
+        }
         if (!m_committed) {
             ::unlink(m_path.c_str());
         }
@@ -74,6 +99,7 @@ public:
 private:
     std::string m_path;
     bool m_committed = false;
+    std::size_t m_slot = kPendingSlots;
 };
 
 /// OpenImageIO's stdio proxy that remembers the first short write, which
@@ -265,7 +291,7 @@ bool replaceable(std::string const& destination, std::string& error)
 /// A new temporary name beside `destination`.
 std::string pendingPath(std::string const& destination)
 {
-    return destination + ".colorconfig-" + OIIO::Filesystem::unique_path("%%%%%%%%") + ".tmp";
+    return destination + kTemporaryMark + OIIO::Filesystem::unique_path("%%%%%%%%") + kTemporaryEnd;
 }
 
 } // namespace
@@ -364,6 +390,36 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
     }
     keepPermissions(pending.path(), destination);
     return pending.commit(destination, error);
+}
+
+std::size_t removeStaleTemporaries(std::vector<std::string> const& targets)
+{
+    // The targets' names by folder: each folder is read once.
+    std::map<stdfs::path, std::set<std::string>> folders;
+    for (std::string const& target : targets) {
+        stdfs::path const destination(realTarget(target));
+        folders[destination.has_parent_path() ? destination.parent_path() : stdfs::path(".")].insert(
+            destination.filename().string());
+    }
+    std::size_t const suffix = std::strlen(kTemporaryMark) + kTemporaryDigits + std::strlen(kTemporaryEnd);
+    std::size_t removed = 0;
+    for (auto const& [folder, names] : folders) {
+        std::error_code failed;
+        for (stdfs::directory_iterator entry(folder, failed), end; !failed && entry != end; entry.increment(failed)) {
+            std::string const name = entry->path().filename().string();
+            std::size_t const base = name.size() > suffix ? name.size() - suffix : 0;
+            bool const ours = base > 0 && name.compare(base, std::strlen(kTemporaryMark), kTemporaryMark) == 0 &&
+                              OIIO::Strutil::ends_with(name, kTemporaryEnd) &&
+                              name.find_first_not_of("0123456789abcdef", base + std::strlen(kTemporaryMark)) ==
+                                  name.size() - std::strlen(kTemporaryEnd) &&
+                              names.count(name.substr(0, base)) != 0;
+            std::error_code ignored;
+            if (ours && entry->is_regular_file(ignored) && stdfs::remove(entry->path(), ignored)) {
+                ++removed;
+            }
+        }
+    }
+    return removed;
 }
 
 void installWriteGuards()

@@ -27,7 +27,7 @@ TEST_F(ToolFiles, NoOutputReplacesAnInputOrAnEarlierOutput)
         {{"--out-dir", file("out"), a, file("b/x.png")},
          a + " -> " + file("out/x.png") + "\n",
          "'" + file("out/x.png") + "' was already written by an earlier input; '" + file("b/x.png") + "' is skipped"},
-        {{"--out-dir", file("a"), a}, "", "'" + a + "' would replace the input '" + a + "'; choose another output"},
+        {{"--out-dir", file("a"), a}, "", "'" + a + "' would replace its own input; choose another output"},
         {{"--out-dir", file("no"), a}, "", "output folder '" + file("no") + "' does not exist or is not a folder"},
     };
     for (auto const& [tail, out, err] : cases) {
@@ -51,6 +51,56 @@ TEST_F(ToolFiles, UnassociatedAlphaChangesHowColoursAreRead)
     words.insert(words.begin() + 1, "--unassociated-alpha");
     ASSERT_EQ(std::get<0>(run(words)), 0);
     EXPECT_NE(floatsOf(readImage(file("plain.exr"))), floatsOf(readImage(file("unassociated.exr"))));
+}
+
+TEST_F(ToolFiles, OutputChoicesGiveOiiotoolsPixelsAndTypes)
+{
+    writeNoise(file("in.exr"), 16, 3, TypeDesc::FLOAT);
+    writeNoise(file("in.png"), 16, 3, TypeDesc::UINT8);
+    std::tuple<std::string, std::string, std::string, std::string, TypeDesc> const cases[] = {
+        {"in.exr", "-d half --compression piz", "-d half --compression piz", "x.exr", TypeDesc::HALF},
+        {"in.exr", "--dither", "--dither -d uint8", "x.png", TypeDesc::UINT8},
+        {"in.exr", "--quality 40", "--compression jpeg:40", "x.jpg", TypeDesc::UINT8},
+        {"in.png", "-d float", "-d float", "x.tif", TypeDesc::FLOAT},
+        {"in.png", "-d uint10", "-d uint10", "x.png", TypeDesc::UINT16},
+    };
+    for (auto const& [in, ours, theirs, out, type] : cases) {
+        std::filesystem::remove_all(file("a"));
+        std::filesystem::remove_all(file("b"));
+        // The same name in both folders: oiiotool seeds its dither with it.
+        EXPECT_EQ(std::get<0>(shell("cd \"$2\" && mkdir a b && cd a && \"$1\" convert --from sRGB --to linear " + ours +
+                                        " ../" + in + " " + out + " && cd ../b && oiiotool ../" + in +
+                                        " --colorconvert sRGB linear " + theirs + " -o " + out,
+                                    {m_env.dir().path()})),
+                  0)
+            << ours;
+        OIIO::ImageBuf const mine = readImage(file("a/" + out)), reference = readImage(file("b/" + out));
+        EXPECT_EQ(floatsOf(mine), floatsOf(reference)) << ours;
+        EXPECT_EQ(mine.nativespec().format, type) << ours;
+        EXPECT_EQ(mine.nativespec().get_string_attribute("compression"),
+                  reference.nativespec().get_string_attribute("compression"))
+            << ours;
+    }
+}
+
+TEST_F(ToolFiles, SequencesShowProgressOnlyOnATerminalAndSummariseInJson)
+{
+    for (std::string const frame : {"7", "8", "10"}) {
+        writeNoise(file("in." + frame + ".png"), 4, 3, TypeDesc::UINT8);
+    }
+    std::string const convert = "\"$P\" convert --from auto --to linear \"$D\"/in.%d.png \"$D\"/out.@@.tif";
+    Outcome const terminal =
+        shell("export P=\"$1\" D=\"$2\"; script -qec '" + convert + "' /dev/null", {m_env.dir().path()});
+    EXPECT_THAT(std::get<1>(terminal), ContainsRegex("\r3/3 frames  .* left\033\\[K"));
+    Outcome const json = shell("P=\"$1\" D=\"$2\"; " + convert + " --update --json -v", {m_env.dir().path()});
+    EXPECT_THAT(std::get<2>(json),
+                HasSubstr("colorconfig: warning: '" + file("in.%d.png") + "' misses the frames 9\n"));
+    EXPECT_THAT(std::get<2>(json), Not(HasSubstr("\r")));
+    auto summary = nlohmann::json::parse(std::get<1>(json));
+    EXPECT_EQ(summary["missing"],
+              nlohmann::json::parse(R"([{"input": ")" + file("in.%d.png") + R"(", "frames": [9]}])"));
+    EXPECT_EQ(summary["skipped"][2]["reason"],
+              "'" + file("out.10.tif") + "' is not older than '" + file("in.10.png") + "'");
 }
 
 TEST_F(ToolFiles, BakeReportsItsErrorAndTheLutAppliesWithoutAConfig)

@@ -12,14 +12,15 @@ void reportUnknownColorSpace(std::string const& typed)
 std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped)
 {
     kit::ColorTransform transform;
-    transform.from = fromTyped;
+    // With "auto", `to` is checked from the scene-linear space.
+    transform.from = fromTyped == "auto" ? "linear" : fromTyped;
     transform.to = toTyped;
     std::string message;
     if (!kit::chooseColorTransform(transform, message)) {
         console::error("{}", message);
         return {};
     }
-    return {transform.from, transform.to};
+    return {fromTyped == "auto" ? fromTyped : transform.from, transform.to};
 }
 
 std::string guessStep(kit::FileGuess const& guess, std::string& note)

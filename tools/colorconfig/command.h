@@ -97,7 +97,7 @@ void reportUnknownColorSpace(std::string const& typed);
 /// --from and --to resolved as `kit::chooseColorTransform` resolves them;
 /// both empty after the error when a name is unknown or the configuration
 /// cannot convert between them ("cannot convert from 'A' to 'B':
-/// <OpenColorIO's reason>").
+/// <OpenColorIO's reason>"). A --from of "auto" stays "auto".
 std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped);
 
 /// How `guess` found its colour space: "file rule 'R'" or the step's word,

@@ -1,34 +1,72 @@
 #include "file_jobs.h"
 
 #include "console.h"
+#include "json_text.h"
+
+#include <CLI/CLI.hpp>
 
 namespace colorconfig {
 
-ExitCode runJobs(std::vector<kit::FileJob> const& jobs, std::string const& done, bool oneInput)
+void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, bool dataTypes)
 {
-    kit::FileLedger ledger;
-    for (kit::FileJob const& job : jobs) {
-        ledger.inputs.push_back(job.input);
+    app.add_option("--frames", options.frames, optionHelp("Frames: 1001-1100, 1001-1100x2,1200"))->option_text("LIST");
+    app.add_option("--jobs", options.batch.jobs, optionHelp("Files at once (default: --threads)."))->option_text("N");
+    app.add_option("--threads", options.batch.threads, optionHelp("Threads in all (0: all cores)."))->option_text("N");
+    app.add_flag("--update", options.batch.update, optionHelp("Convert only outputs missing or older than inputs."));
+    addJsonFlag(app, common, "Print a summary {converted, skipped, failed, missing} as JSON.");
+    if (dataTypes) {
+        app.add_option("-d,--data-type", options.output.dataType, optionHelp("The data type written."))
+            ->check(CLI::IsMember(kit::outputDataTypes()));
+        app.add_flag("--dither", options.output.dither, optionHelp("Dither values written in 8 bits from wider data."));
     }
-    ExitCode code = ExitCode::Success;
-    for (std::size_t i = 0; i < jobs.size(); ++i) {
-        kit::FileJob const& job = jobs[i];
-        if (jobs.size() > 1) {
-            console::status(fmt::format("[{}/{}] converting {}", i + 1, jobs.size(), job.input));
-        }
-        kit::JobResult const result = kit::runFileJob(job, ledger);
-        if (job.firstImageOnly && result.images > 1) {
-            console::note("'{}' holds {} images; the preview shows the first", job.input, result.images);
-        }
-        if (result.ok()) {
-            console::out(job.input + " -> " + job.output + done);
-        } else {
-            console::error("{}", kit::jobFailureText(job, result, oneInput));
-            code = ExitCode::Failure;
-        }
+    app.add_option("--compression", options.output.compression, optionHelp("Compression (zip, piz, dwaa, lzw...)."));
+    app.add_option("--quality", options.output.quality, optionHelp("JPEG quality."))->check(CLI::Range(1, 100));
+}
+
+ExitCode runFiles(std::vector<kit::FramePair> const& words, kit::BatchRequest request, FileOptions const& options,
+                  CommonOptions const& common, std::string const& done)
+{
+    kit::SequencePlan const plan = kit::planSequences(words, options.frames);
+    Json summary = Json::parse(R"({"converted": [], "skipped": [], "failed": [], "missing": []})");
+    for (kit::SequenceGap const& gap : plan.missing) {
+        console::note("warning: '{}' misses the frames {}", gap.input, kit::framesText(gap.frames));
+        summary["missing"].push_back({{"input", gap.input}, {"frames", gap.frames}});
     }
+    if (!plan.error.empty()) {
+        console::error("{}", plan.error);
+        return ExitCode::Failure;
+    }
+    request.files = plan.files;
+    request.model.choices = options.output;
+    kit::BatchOptions batch = options.batch;
+    batch.progress = [&common, &done](kit::BatchProgress const& progress) {
+        kit::BatchItem const& item = *progress.item;
+        if (common.verbose && !item.fromSource.empty()) {
+            console::note("'{}': {} ({})", item.files.input, item.from, item.fromSource);
+        }
+        if (item.state == kit::FrameState::Converted && !common.json) {
+            console::out(item.files.input + " -> " + item.files.output + done);
+        }
+        if (item.job.firstImageOnly && item.result.images > 1) {
+            console::note("'{}' holds {} images; the preview shows the first", item.files.input, item.result.images);
+        }
+        console::status(kit::progressText(progress));
+    };
+    kit::BatchSummary const result = kit::runBatch(request, batch);
     console::clearStatus();
-    return code;
+    for (kit::BatchItem const& item : result.items) {
+        if (item.state == kit::FrameState::Failed) {
+            console::error("{}", item.reason);
+        }
+        char const* const state[] = {"converted", "skipped", "failed"};
+        Json& list = summary[state[static_cast<int>(item.state)]];
+        list.push_back({{"frame", item.files.frame}, {"input", item.files.input}, {"output", item.files.output}});
+        list.back().update({{"from", item.from}, {"from_source", item.fromSource}, {"reason", item.reason}});
+    }
+    if (common.json) {
+        printJson(summary);
+    }
+    return result.ok() ? ExitCode::Success : ExitCode::Failure;
 }
 
 } // namespace colorconfig

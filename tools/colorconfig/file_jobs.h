@@ -1,24 +1,36 @@
 #pragma once
-// The messages of `convert`, `view` and `preview`: each runs its files
-// through the toolkit's file-job pipeline and says how each ended.
+// The file work of `convert`, `view` and `preview`: their shared options for
+// sequences, batches and output choices, and the messages of a batch run
+// through the toolkit.
 
-#include "exit_code.h"
+#include "command.h"
 
-#include <verra_sdk/kit/file_job.h>
+#include <verra_sdk/kit/batch.h>
 
 #include <string>
 #include <vector>
 
 namespace colorconfig {
 
-namespace kit = orv::verra_sdk::kit;
+/// The options `addFileOptions` declares.
+struct FileOptions {
+    std::string frames;
+    kit::BatchOptions batch;
+    kit::OutputChoices output;
+};
 
-/// Runs `jobs` in order through `kit::runFileJob`, every input of them in one
-/// ledger, with a progress line on a terminal while there are several.
-/// Prints "IN -> OUT<done>" for each that succeeds and
-/// "colorconfig: error: ..." for each that fails; a job that reads only the
-/// first image of several says so. `oneInput` words an output that would
-/// replace the input as "its own input". Failure when any job failed.
-ExitCode runJobs(std::vector<kit::FileJob> const& jobs, std::string const& done, bool oneInput);
+/// Adds --frames, --jobs, --threads, --update, --json, --compression and
+/// --quality to `app`, and -d/--data-type and --dither with `dataTypes`.
+void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, bool dataTypes);
+
+/// Expands each pair of `words` (file names or frame patterns) with
+/// --frames, runs them as one batch of `request` (whose files it fills), and
+/// prints "IN -> OUT<done>" for each file converted (with a progress line
+/// on a terminal, which the console shows only there), each file's colour space with --verbose when it was
+/// "auto", then an error per failed file, or with --json the summary
+/// {converted, skipped, failed, missing} of items {frame, input, output, from,
+/// from_source, reason}. Failure when a pattern is refused or a file failed.
+ExitCode runFiles(std::vector<kit::FramePair> const& words, kit::BatchRequest request, FileOptions const& options,
+                  CommonOptions const& common, std::string const& done);
 
 } // namespace colorconfig

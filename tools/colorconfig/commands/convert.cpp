@@ -19,7 +19,7 @@ namespace stdfs = std::filesystem;
 
 } // namespace
 
-Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
+Subcommand addConvert(CLI::App& program, CommonOptions& common)
 {
     CLI::App* app = newSubcommand(
         program, "convert", "Convert images between two colour spaces",
@@ -31,14 +31,17 @@ Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
         "8-bit format go through the module's RGBA8 transform; every other case is computed in float. A format "
         "that cannot hold every subimage or MIP level is refused. Each output is written beside its target and "
         "renamed into place only once complete, so a failed or interrupted run leaves existing files as they "
-        "were, and no output ever replaces an input. With --out-dir, a progress line is shown while standard "
-        "error is a terminal.");
+        "were, and no output ever replaces an input. IN and OUT may be frame patterns (#: four digits, @: one "
+        "digit each, %0Nd), converted at once on every core; a progress line is shown while standard error "
+        "is a terminal. --from auto takes each file's 'oiio:ColorSpace' when the config knows it, "
+        "else the file rules' guess.");
     struct ConvertOptions {
         kit::ColorTransform transform;
         std::string outDir;
         CLI::Option* outDirOption = nullptr;
         bool unassociatedAlpha = false;
         std::vector<std::string> files;
+        FileOptions batch;
     };
     auto options = std::make_shared<ConvertOptions>();
     addFromTo(*app, options->transform.from, options->transform.to, false, "The colour space of the input pixels.",
@@ -54,10 +57,11 @@ Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
         app->add_option("--out-dir", options->outDir, optionHelp("Write every output into this existing folder."))
             ->option_text("DIR");
     addUnassociatedAlpha(*app, options->unassociatedAlpha);
+    addFileOptions(*app, options->batch, common, true);
     app->add_option("IN_OUT|IN", options->files, "The input and output images, or the inputs")
         ->type_name("")
         ->required();
-    auto const run = [options] {
+    auto const run = [options, &common] {
         std::vector<std::string> const& words = options->files;
         bool const toFolder = options->outDirOption->count() > 0;
         if (!toFolder && words.size() != 2) {
@@ -72,20 +76,20 @@ Subcommand addConvert(CLI::App& program, CommonOptions& /*common*/)
         if (transform.lutFile.empty() && (transform.from.empty() || transform.to.empty())) {
             return usageError("'convert' needs --from and --to, or --lut", "convert");
         }
+        // With "auto", the names are checked from the scene-linear space; each file's own comes later.
+        bool const automatic = transform.from == "auto";
+        transform.from = automatic ? "linear" : transform.from;
         std::string message;
         if (!kit::chooseColorTransform(transform, message)) {
             console::error("{}", message);
             return ExitCode::Failure;
         }
-        kit::ImageOperation const convert = kit::colorTransformOperation(transform);
+        auto const pairs =
+            toFolder ? kit::intoFolder(words, options->outDir) : std::vector<kit::FramePair>{{-1, words[0], words[1]}};
         kit::Precision const precision = transform.plain() ? kit::Precision::KeepBytes : kit::Precision::Float;
-        std::vector<kit::FileJob> jobs;
-        for (std::size_t i = 0; i < (toFolder ? words.size() : 1); ++i) {
-            std::string const output =
-                toFolder ? (stdfs::path(options->outDir) / stdfs::path(words[i]).filename()).string() : words[1];
-            jobs.push_back({words[i], output, precision, false, convert, options->unassociatedAlpha});
-        }
-        return runJobs(jobs, "", false);
+        kit::FileJob const model{"", "", precision, false, {}, options->unassociatedAlpha};
+        std::string const from = automatic ? "auto" : transform.from;
+        return runFiles(pairs, {{}, from, kit::colorTransformMaker(transform), model}, options->batch, common, "");
     };
     return {app, run, false, nullptr};
 }

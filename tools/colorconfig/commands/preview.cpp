@@ -12,7 +12,7 @@
 
 namespace colorconfig {
 
-Subcommand addPreview(CLI::App& program, CommonOptions& /*common*/)
+Subcommand addPreview(CLI::App& program, CommonOptions& common)
 {
     CLI::App* app = newSubcommand(
         program, "preview", "Turn an image into an opaque 8-bit preview",
@@ -20,17 +20,19 @@ Subcommand addPreview(CLI::App& program, CommonOptions& /*common*/)
         "(grey is spread over RGB, alpha is dropped) into the colour space --to, and writes an opaque 8-bit image "
         "to OUT in the format that its extension names (RGBA, or RGB for a format without alpha). Float-only "
         "formats (exr, hdr) are refused. OUT is written beside its target and renamed into place once complete, "
-        "and never replaces IN.");
+        "and never replaces IN. Frame patterns and --from auto as for convert.");
     struct PreviewOptions {
         std::string from = "linear";
         std::string to = "sRGB";
         std::vector<std::string> files;
+        FileOptions batch;
     };
     auto options = std::make_shared<PreviewOptions>();
     addFromTo(*app, options->from, options->to, false, "The colour space of the input pixels (linear when not given).",
               "The colour space of the preview (sRGB when not given).");
+    addFileOptions(*app, options->batch, common, false);
     app->add_option("IN_OUT", options->files, "The image and its preview")->type_name("")->expected(2)->required();
-    auto const run = [options] {
+    auto const run = [options, &common] {
         std::string const& output = options->files[1];
         auto const [from, to] = conversionNamed(options->from, options->to);
         if (from.empty()) {
@@ -42,8 +44,9 @@ Subcommand addPreview(CLI::App& program, CommonOptions& /*common*/)
             console::error("cannot write '{}': {}", output, message);
             return ExitCode::Failure;
         }
-        kit::ImageOperation const operation = kit::previewOperation(from, to, alpha);
-        return runJobs({{options->files[0], output, kit::Precision::Float, true, operation, false}}, "", true);
+        kit::FileJob const model{"", "", kit::Precision::Float, true, {}, false};
+        return runFiles({{-1, options->files[0], output}}, {{}, from, kit::previewMaker(to, alpha), model},
+                        options->batch, common, "");
     };
     return {app, run, false, nullptr};
 }

@@ -12,7 +12,7 @@
 
 namespace colorconfig {
 
-Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
+Subcommand addView(CLI::App& program, CommonOptions& common)
 {
     CLI::App* app = newSubcommand(
         program, "view", "Show images through a display and view of the config",
@@ -20,11 +20,12 @@ Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
         "of IN, computed in float, and writes OUT in the format that its extension names, at the input's data "
         "type. Alpha and the other channels are kept, colours are not divided by alpha, and 'oiio:ColorSpace' "
         "names the view's colour space. Without --display and --view, the config's default display and its "
-        "default view. File safety as for convert.");
+        "default view. File safety, frame patterns and --from auto as for convert.");
     struct ViewOptions {
         kit::DisplayViewRequest request;
         bool unassociatedAlpha = false;
         std::vector<std::string> files;
+        FileOptions batch;
     };
     auto options = std::make_shared<ViewOptions>();
     app->add_option("--from", options->request.from, optionHelp("The colour space of the input pixels."))
@@ -37,23 +38,25 @@ Subcommand addView(CLI::App& program, CommonOptions& /*common*/)
                   optionHelp("Take display-referred IN back to --from through the inverse of the view and looks."));
     addContext(*app, options->request.context);
     addUnassociatedAlpha(*app, options->unassociatedAlpha);
+    addFileOptions(*app, options->batch, common, true);
     app->add_option("IN_OUT", options->files, "The image and its result")->type_name("")->expected(2)->required();
-    auto const run = [options] {
+    auto const run = [options, &common] {
+        // With "auto", the display and view are checked from the scene-linear space.
+        kit::DisplayViewRequest request = options->request;
+        request.from = request.from == "auto" ? "linear" : request.from;
         kit::DisplayView chosen;
         std::string message;
-        if (!kit::chooseDisplayView(options->request, chosen, message)) {
+        if (!kit::chooseDisplayView(request, chosen, message)) {
             console::error("{}", message);
             return ExitCode::Failure;
         }
-        kit::FileJob const job{options->files[0],
-                               options->files[1],
-                               kit::Precision::Float,
-                               false,
-                               kit::displayViewOperation(chosen),
-                               options->unassociatedAlpha};
+        kit::FileJob const model{"", "", kit::Precision::Float, false, {}, options->unassociatedAlpha};
         std::string const looks =
             (chosen.looks.empty() ? "" : ", looks " + chosen.looks) + (chosen.inverse ? ", inverted" : "");
-        return runJobs({job}, " (" + chosen.display + " / " + chosen.view + looks + ")", true);
+        request.from = options->request.from == "auto" ? "auto" : chosen.from;
+        return runFiles({{-1, options->files[0], options->files[1]}},
+                        {{}, request.from, kit::displayViewMaker(request), model}, options->batch, common,
+                        " (" + chosen.display + " / " + chosen.view + looks + ")");
     };
     return {app, run, false, nullptr};
 }

@@ -48,4 +48,24 @@ struct FileGuess {
 /// names another role or an alias gives that colour space, as step FileRule.
 FileGuess guessColorSpace(std::string const& fileName, bool fallback);
 
+/// The colour space an image file's pixels are in, as "--from auto" takes it.
+struct FileColorSpace {
+    /// The colour space to convert from; empty when the file cannot be read.
+    std::string colorSpace;
+    /// How it was found: "oiio:ColorSpace" when the file records a space the
+    /// configuration knows (by any name `resolveColorSpace` takes, but for a
+    /// built-in the configuration cannot convert: `BuiltInIsolated`), else the
+    /// guess's step ("file rule 'R'", "name search", "extension").
+    std::string source;
+    /// OpenImageIO's reason when the file cannot be read.
+    std::string error;
+};
+
+/// The colour space of the image file at `path`: the "oiio:ColorSpace" its
+/// first image records, when the configuration knows it, else
+/// `guessColorSpace(path, true)`. OpenEXR files record none (OpenImageIO's
+/// reader says "Linear" of each): they are guessed. Costs the opening of the file (its header
+/// only).
+FileColorSpace colorSpaceOfFile(std::string const& path);
+
 } // namespace orv::verra_sdk::kit

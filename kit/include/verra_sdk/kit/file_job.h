@@ -32,6 +32,30 @@ namespace orv::verra_sdk::kit {
 /// ImageSpec (a preview becomes 8-bit RGBA).
 using ImageOperation = std::function<bool(ImageLevel& level, std::string& error)>;
 
+/// What a job changes in the output's description of each image; the
+/// defaults keep the input's.
+struct OutputChoices {
+    /// The data type the output stores: "uint8", "uint10" (16-bit values
+    /// marked as 10 bits, as DPX and PNG writers take them), "uint16", "half"
+    /// or "float" (`outputDataTypes`); empty keeps each image's own. Other
+    /// than "uint8", the operation runs in FLOAT.
+    std::string dataType;
+    /// OpenImageIO's compression name for the format ("zip", "piz", "dwaa",
+    /// "lzw", "jpeg"...); empty keeps the input's. Writers take the names
+    /// they know and pass over the others.
+    std::string compression;
+    /// The quality of lossy compression (JPEG), 1 to 100; 0 keeps the
+    /// writer's default.
+    int quality = 0;
+    /// True to dither values that are quantised to 8 bits or fewer from wider
+    /// data while they are written, as oiiotool's --dither does: the pattern
+    /// seeded by the output's name, the same on every run.
+    bool dither = false;
+};
+
+/// The names `OutputChoices::dataType` takes.
+std::vector<std::string> const& outputDataTypes();
+
 /// One file to turn into another.
 struct FileJob {
     std::string input;
@@ -48,6 +72,8 @@ struct FileJob {
     /// are converted as they are, and written in the form the output's format
     /// holds (`ReadOptions::alphaUnassociated`, `writeImageFile`).
     bool alphaUnassociated = false;
+    /// What changes in the output's description.
+    OutputChoices choices = {};
 };
 
 /// The step at which a job failed.
@@ -97,6 +123,17 @@ struct FileLedger {
 ///   Write          "cannot write 'OUT': <reason>"
 /// Empty for a job that succeeded.
 std::string jobFailureText(FileJob const& job, JobResult const& result, bool oneInput);
+
+/// The checks `runFileJob` makes before it reads anything: ReplacesInput or
+/// WrittenBefore against `ledger`, or None; `target` becomes the output's
+/// canonical path, the key of `ledger.written`. Costs a few file-system
+/// lookups.
+JobResult checkFileJob(FileJob const& job, FileLedger const& ledger, std::string& target);
+
+/// Reads, operates and writes `job` without `checkFileJob`'s checks: for a
+/// caller that made them itself. Jobs with different outputs may run at
+/// once from several threads when their operations may.
+JobResult processFileJob(FileJob const& job);
 
 /// Runs `job`: refuses an output that is one of `ledger.inputs` or already
 /// in `ledger.written`, reads the input, applies the operation to each

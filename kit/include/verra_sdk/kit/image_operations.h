@@ -12,6 +12,7 @@
 // images, one at a time (the module's conversions are for one thread at a
 // time). Failures are values; nothing is thrown or printed.
 
+#include <verra_sdk/kit/batch.h>
 #include <verra_sdk/kit/color_transform.h>
 #include <verra_sdk/kit/display_view.h>
 #include <verra_sdk/kit/file_job.h>
@@ -23,6 +24,22 @@ namespace orv::verra_sdk::kit {
 /// Converts each image's colour channels from `from` to `to` (`convertLevel`;
 /// names as the colour-space list or the config holds them).
 ImageOperation conversionOperation(std::string const& from, std::string const& to);
+
+/// For a batch (`runBatch`): the conversion from each colour space into
+/// `to`, or none, with "cannot convert from 'A' to 'B': <reason>", when the
+/// configuration cannot make it (`conversionProblem`).
+OperationMaker conversionMaker(std::string const& to);
+
+/// For a batch: `colorTransformOperation` of `transform` with `from`
+/// replaced by each colour space (kept when that is empty, as for a LUT
+/// file alone), checked by `chooseColorTransform`; none, with its reason,
+/// when the check fails.
+OperationMaker colorTransformMaker(ColorTransform const& transform);
+
+/// For a batch: `displayViewOperation` of the display, view and looks of
+/// `request` (whose `from` is replaced by each colour space), or none, with
+/// `chooseDisplayView`'s reason.
+OperationMaker displayViewMaker(DisplayViewRequest const& request);
 
 /// Applies `transform` to each image's colour channels (`applyDisplayView`
 /// through `transformColorChannels`: alpha and other channels kept); the
@@ -41,6 +58,9 @@ ImageOperation colorTransformOperation(ColorTransform const& transform);
 /// OpenImageIO into RGBA with alpha 255, or RGB when `alpha` is false; the
 /// image's "oiio:ColorSpace" becomes `to`. Run it on FLOAT images.
 ImageOperation previewOperation(std::string const& from, std::string const& to, bool alpha);
+
+/// For a batch: `previewOperation` from each colour space into `to`.
+OperationMaker previewMaker(std::string const& to, bool alpha);
 
 /// Whether a preview can be written to `output`: false, with the reason in
 /// `error`, when its format stores no 8-bit values or OpenImageIO has no

@@ -3,12 +3,14 @@
 // file is written beside its target and renamed over it only once every
 // byte is known to be on disk.
 //
-// Threading: one write per target at a time; `installWriteGuards` once, from
-// the main thread. Failures are values; nothing is thrown or printed.
+// Threading: one write per target at a time (writes to different targets may
+// run at once); `installWriteGuards` once, from the main thread. Failures are values; nothing is thrown or printed.
 
 #include <verra_sdk/kit/image_file.h>
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 namespace orv::verra_sdk::kit {
 
@@ -32,6 +34,15 @@ namespace orv::verra_sdk::kit {
 /// a copy of a level converted so, and for TIFF and HEIF a read back.
 bool writeImageFile(std::string const& target, ImageFile const& file, std::string& error);
 
+/// Removes the temporary files that writes to `targets` (or the files they
+/// link to) left beside them when their program was killed before it could
+/// remove them: the files of the targets' folders named as `writeImageFile`
+/// names its temporary files for one of them
+/// ("NAME.colorconfig-XXXXXXXX.tmp"), and no others. Returns how many were
+/// removed; errors are passed over. Call it before writing, never while
+/// another write to one of the targets runs. Costs one read of each folder.
+std::size_t removeStaleTemporaries(std::vector<std::string> const& targets);
+
 /// Writes `bytes` to `target` (a LUT file, a text) as `writeImageFile`
 /// writes images: into a temporary file beside it, renamed over it (through
 /// a symbolic link, the file it points to, whose permissions it takes) only
@@ -41,7 +52,7 @@ bool writeImageFile(std::string const& target, ImageFile const& file, std::strin
 bool writeTextFile(std::string const& target, std::string const& bytes, std::string& error);
 
 /// Makes SIGINT, SIGTERM, SIGHUP and SIGQUIT, and an exit() from inside a
-/// library, remove the temporary file of a write in progress before the
+/// library, remove the temporary files of the writes in progress before the
 /// program ends as asked, and makes a
 /// file-size limit (SIGXFSZ) a write error instead of the end of the program.
 /// Call once at start-up.
