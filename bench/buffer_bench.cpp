@@ -6,6 +6,7 @@
 
 #include <OpenImageIO/imagebuf.h>
 #include <OpenImageIO/imagebufalgo.h>
+#include <OpenImageIO/parallel.h>
 #include <benchmark/benchmark.h>
 
 #include <cstring>
@@ -123,6 +124,23 @@ void oiioTransformRgba(benchmark::State& state, Config config)
     report(state, 16);
 }
 
+/// The limit of the in-place route: the same processor's own `apply` over
+/// the whole buffer, split into row ranges over OpenImageIO's threads.
+void processorApplyRgba(benchmark::State& state, Config config)
+{
+    useConfig(config);
+    Vector2d<float4, true> pixels = filled<float4>(4);
+    OIIO::ColorProcessorHandle const processor = orv::verra_sdk::colorConfig().createColorProcessor("linear", "sRGB");
+    auto const applyRows = [&](std::int64_t begin, std::int64_t end) {
+        processor->apply(&pixels.data[begin * kWidth].r, kWidth, int(end - begin), 4, sizeof(float), 16, 16 * kWidth);
+    };
+    for (auto _ : state) {
+        OIIO::parallel_for_chunked(0, kHeight, 0, applyRows);
+        benchmark::ClobberMemory();
+    }
+    report(state, 16);
+}
+
 // --- OpenColorIO's own processor on packed float RGB / RGBA ---------------
 
 void ocioPackedFloat(benchmark::State& state, Config config, int channels)
@@ -162,6 +180,8 @@ VERRA_BUFFER_BENCH(oiioTransformRgb, Config::File, file);
 VERRA_BUFFER_BENCH(moduleTransformRgba, Config::BuiltIn, builtin);
 VERRA_BUFFER_BENCH(oiioTransformRgba, Config::BuiltIn, builtin);
 VERRA_BUFFER_BENCH(moduleTransformRgba, Config::File, file);
+VERRA_BUFFER_BENCH(processorApplyRgba, Config::BuiltIn, builtin);
+VERRA_BUFFER_BENCH(processorApplyRgba, Config::File, file);
 VERRA_BUFFER_BENCH(oiioTransformRgba, Config::File, file);
 BENCHMARK_CAPTURE(ocioPackedFloat, builtin / rgb, Config::BuiltIn, 3)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(ocioPackedFloat, file / rgb, Config::File, 3)->Unit(benchmark::kMillisecond)->UseRealTime();
