@@ -81,11 +81,18 @@ ImageOperation colorTransformOperation(ColorTransform const& transform)
     };
 }
 
-ImageOperation previewOperation(std::string const& from, std::string const& to, bool alpha)
+ImageOperation previewOperation(std::string const& from, std::string const& to, bool alpha,
+                                ContextVariables const& context)
 {
-    return [from = String(from), to = String(to), alpha](ImageLevel& level, std::string& error) {
+    ColorTransform const transform{from, to, "", "", false, context};
+    return [transform, alpha](ImageLevel& level, std::string& error) {
         OIIO::ImageBuf rgb;
-        if (!colorChannelsOf(level, rgb, error) || !convertPackedFloats(rgb, from, to, error)) {
+        ColorTransform chosen = transform;
+        bool const converted =
+            colorChannelsOf(level, rgb, error) &&
+            (transform.plain() ? convertPackedFloats(rgb, String(transform.from), String(transform.to), error)
+                               : chooseColorTransform(chosen, error) && applyColorTransform(chosen, rgb, error));
+        if (!converted) {
             return false;
         }
         OIIO::ImageBuf opaque;
@@ -98,14 +105,16 @@ ImageOperation previewOperation(std::string const& from, std::string const& to, 
         level.pixels = std::move(bytes);
         level.fileSpec = level.pixels.spec();
         level.associatedAlpha = false;
-        level.fileSpec.attribute("oiio:ColorSpace", std::string(to.view()));
+        level.fileSpec.attribute("oiio:ColorSpace", transform.to);
         return true;
     };
 }
 
-OperationMaker previewMaker(std::string const& to, bool alpha)
+OperationMaker previewMaker(std::string const& to, bool alpha, ContextVariables const& context)
 {
-    return [to, alpha](std::string const& from, std::string&) { return previewOperation(from, to, alpha); };
+    return [to, alpha, context](std::string const& from, std::string&) {
+        return previewOperation(from, to, alpha, context);
+    };
 }
 
 bool previewTarget(std::string const& output, bool& alpha, std::string& error)

@@ -146,5 +146,28 @@ TEST_F(ToolFiles, ColourOperationsRefuseBadInputWritingNothing)
     EXPECT_THAT(entriesOf(m_env.dir().path()), Not(Contains(AnyOf("out.exr", "x.icc", "x.cube"))));
 }
 
+TEST_F(ToolFiles, ContextVariablesOfColorAndPreviewActAsTheEnvironment)
+{
+    // The space "shot" reads $SHOT.spi1d: a.spi1d halves, b.spi1d doubles.
+    for (auto const& [name, top] : {std::pair{"a.spi1d", "0.5"}, {"b.spi1d", "2"}}) {
+        m_env.dir().write(name, std::string("Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n") + top + "\n}\n");
+    }
+    Words const args{sampleConfig("  - !<ColorSpace> {name: shot, to_scene_reference: "
+                                  "!<FileTransform> {src: $SHOT.spi1d, interpolation: linear}}\n"),
+                     file("in.exr")};
+    writeNoise(args[1], 8, 3, TypeDesc::FLOAT);
+    // Each in a process of its own: the variable on the command line, then in the environment.
+    std::string const color = "\"$1\" color --config \"$2\" --from shot --to lin 0.25 0.5 0.75 ";
+    std::string const preview = "\"$1\" preview --config \"$2\" --from shot --to srgb_tex \"$3\" ";
+    for (std::string const shot : {"a", "b"}) {
+        EXPECT_EQ(shell(color + "--context SHOT=" + shot, args), shell("SHOT=" + shot + " " + color, args));
+        ASSERT_EQ(std::get<0>(shell(preview + "--context SHOT=" + shot + " \"$3." + shot + ".png\"", args)), 0);
+        ASSERT_EQ(std::get<0>(shell("SHOT=" + shot + " " + preview + "\"$3.env.png\"", args)), 0);
+        EXPECT_EQ(readFile(args[1] + "." + shot + ".png"), readFile(args[1] + ".env.png")) << shot;
+    }
+    EXPECT_EQ(std::get<1>(shell(color + "--context SHOT=a", args)), "0.125 0.25 0.375\n");
+    EXPECT_NE(readFile(args[1] + ".a.png"), readFile(args[1] + ".b.png"));
+}
+
 } // namespace
 } // namespace verra_test

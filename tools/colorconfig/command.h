@@ -98,7 +98,8 @@ void reportUnknownColorSpace(std::string const& typed);
 /// both empty after the error when a name is unknown or the configuration
 /// cannot convert between them ("cannot convert from 'A' to 'B':
 /// <OpenColorIO's reason>"). A --from of "auto" stays "auto".
-std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped);
+std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped,
+                                                    kit::ContextVariables const& context = {});
 
 /// How `guess` found its colour space: "file rule 'R'" or the step's word,
 /// and in `note`, when another step answered after a rule matched, "rule 'R'

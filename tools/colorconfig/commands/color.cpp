@@ -4,6 +4,8 @@
 #include "console.h"
 #include "json_text.h"
 
+#include <verra_sdk/kit/color_transform.h>
+
 #include <verra_sdk/color_route.h>
 #include <verra_sdk/colorconfig.h>
 
@@ -31,11 +33,13 @@ Subcommand addColor(CLI::App& program, CommonOptions& common)
         std::string from;
         std::string to;
         std::vector<std::string> channels;
+        kit::ContextVariables context;
     };
     auto options = std::make_shared<ColorOptions>();
     addJsonFlag(*app, common, "Print the result as a JSON object.");
     addFromTo(*app, options->from, options->to, true, "The colour space of the given colour.",
               "The colour space to convert into.");
+    addContext(*app, options->context);
     app->add_option("R_G_B_[ALPHA]", options->channels, "The colour's channels")
         ->type_name("")
         ->expected(3, 4)
@@ -56,13 +60,15 @@ Subcommand addColor(CLI::App& program, CommonOptions& common)
                 return usageError("'" + words[i] + "' is not a number", "color");
             }
         }
-        auto const [from, to] = conversionNamed(options->from, options->to);
+        auto const [from, to] = conversionNamed(options->from, options->to, options->context);
         if (from.empty()) {
             return ExitCode::Failure;
         }
         // The transform returns an impossible conversion unchanged and silently,
-        // so the route is asked first.
-        sdk::ColorRoute const route = sdk::colorRoute(orv::String(from), orv::String(to));
+        // so the route is asked first. Context variables need the config's own
+        // processor, in single precision as for pixels.
+        sdk::ColorRoute const route = options->context.empty() ? sdk::colorRoute(orv::String(from), orv::String(to))
+                                                               : sdk::ColorRoute::Processor;
         if (route == sdk::ColorRoute::None) {
             console::error("cannot convert from '{}' to '{}' with this config", from, to);
             return ExitCode::Failure;
@@ -70,8 +76,20 @@ Subcommand addColor(CLI::App& program, CommonOptions& common)
         if (common.verbose) {
             console::note("route from '{}' to '{}': {}", from, to, sdk::colorRouteName(route));
         }
-        orv::math::RgbaT<double> const result = sdk::ColorConfig::transform(
-            {channels[0], channels[1], channels[2], channels[3]}, orv::String(from), orv::String(to));
+        orv::math::RgbaT<double> result{channels[0], channels[1], channels[2], channels[3]};
+        if (options->context.empty()) {
+            result = sdk::ColorConfig::transform(result, orv::String(from), orv::String(to));
+        } else {
+            float rgb[3] = {float(channels[0]), float(channels[1]), float(channels[2])};
+            OIIO::ImageBuf pixel(OIIO::ImageSpec(1, 1, 3, OIIO::TypeDesc::FLOAT), rgb);
+            kit::ColorTransform transform{from, to, "", "", false, options->context};
+            std::string message;
+            if (!kit::chooseColorTransform(transform, message) || !kit::applyColorTransform(transform, pixel, message)) {
+                console::error("{}", message);
+                return ExitCode::Failure;
+            }
+            result = {rgb[0], rgb[1], rgb[2], channels[3]};
+        }
         std::vector<double> output{result.r, result.g, result.b, result.a};
         output.resize(words.size());
         if (common.json) {

@@ -26,15 +26,17 @@ Subcommand addPreview(CLI::App& program, CommonOptions& common)
         std::string to = "sRGB";
         std::vector<std::string> files;
         FileOptions batch;
+        kit::ContextVariables context;
     };
     auto options = std::make_shared<PreviewOptions>();
     addFromTo(*app, options->from, options->to, false, "The colour space of the input pixels (linear when not given).",
               "The colour space of the preview (sRGB when not given).");
+    addContext(*app, options->context);
     addFileOptions(*app, options->batch, common, false);
     app->add_option("IN_OUT", options->files, "The image and its preview")->type_name("")->expected(2)->required();
     auto const run = [options, &common] {
         std::string const& output = options->files[1];
-        auto const [from, to] = conversionNamed(options->from, options->to);
+        auto const [from, to] = conversionNamed(options->from, options->to, options->context);
         if (from.empty()) {
             return ExitCode::Failure;
         }
@@ -45,7 +47,7 @@ Subcommand addPreview(CLI::App& program, CommonOptions& common)
             return ExitCode::Failure;
         }
         kit::FileJob const model{"", "", kit::Precision::Float, true, {}, false};
-        return runFiles({{-1, options->files[0], output}}, {{}, from, kit::previewMaker(to, alpha), model},
+        return runFiles({{-1, options->files[0], output}}, {{}, from, kit::previewMaker(to, alpha, options->context), model},
                         options->batch, common, "");
     };
     return {app, run, false, nullptr};

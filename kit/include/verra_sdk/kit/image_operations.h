@@ -56,11 +56,14 @@ ImageOperation colorTransformOperation(ColorTransform const& transform);
 /// Makes each image its opaque 8-bit preview: the colour channels (grey
 /// spread over RGB) converted from `from` to `to`, then quantised by
 /// OpenImageIO into RGBA with alpha 255, or RGB when `alpha` is false; the
-/// image's "oiio:ColorSpace" becomes `to`. Run it on FLOAT images.
-ImageOperation previewOperation(std::string const& from, std::string const& to, bool alpha);
+/// image's "oiio:ColorSpace" becomes `to`. Run it on FLOAT images. With
+/// `context`, the conversion is `chooseColorTransform`'s with those
+/// variables instead of the module's.
+ImageOperation previewOperation(std::string const& from, std::string const& to, bool alpha,
+                                ContextVariables const& context = {});
 
 /// For a batch: `previewOperation` from each colour space into `to`.
-OperationMaker previewMaker(std::string const& to, bool alpha);
+OperationMaker previewMaker(std::string const& to, bool alpha, ContextVariables const& context = {});
 
 /// Whether a preview can be written to `output`: false, with the reason in
 /// `error`, when its format stores no 8-bit values or OpenImageIO has no
