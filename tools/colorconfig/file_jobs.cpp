@@ -9,7 +9,14 @@ namespace colorconfig {
 
 void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, bool dataTypes)
 {
-    app.add_option("--frames", options.frames, optionHelp("Frames: 1001-1100, 1001-1100x2,1200"))->option_text("LIST");
+    auto const frames = [](std::string const& text) {
+        std::vector<int> unused;
+        std::string error;
+        return kit::parseFrames(text, unused, error) ? std::string() : error;
+    };
+    app.add_option("--frames", options.frames, optionHelp("Frames: 1001-1100, 1001-1100x2,1200"))
+        ->option_text("LIST")
+        ->check(frames);
     app.add_option("--jobs", options.batch.jobs, optionHelp("Files at once (default: --threads)."))->option_text("N");
     app.add_option("--threads", options.batch.threads, optionHelp("Threads in all (0: all cores)."))->option_text("N");
     app.add_flag("--update", options.batch.update, optionHelp("Convert only outputs missing or older than inputs."));
