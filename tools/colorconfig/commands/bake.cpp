@@ -37,7 +37,7 @@ Subcommand addBake(CLI::App& program, CommonOptions& common)
         ->option_text("N");
     app->add_option("--format", request->format, optionHelp("The LUT format, by its name below."))->option_text("NAME");
     addContext(*app, request->context);
-    addJsonFlag(*app, common, "Also print {output, format, largest_error, samples} on standard output.");
+    addJsonFlag(*app, common, "Also print {errors, output, format, largest_error, samples} on standard output.");
     app->add_option("OUT", *output, "The LUT file")->type_name("")->required();
     auto const run = [request, output, &common] {
         kit::BakeReport report;
@@ -50,14 +50,18 @@ Subcommand addBake(CLI::App& program, CommonOptions& common)
                                               report.largestError, report.samples);
         console::note("'{}' ({}): {}", *output, report.format, report.unmeasured.empty() ? error : report.unmeasured);
         if (common.json) {
-            printJson({{"output", *output},
+            printJson({{"errors", Json::array()},
+                       {"output", *output},
                        {"format", report.format},
                        {"largest_error", report.unmeasured.empty() ? Json(report.largestError) : Json()},
                        {"samples", report.samples}});
         }
         return ExitCode::Success;
     };
-    return {app, run, false, nullptr};
+    auto const failed = [](std::vector<std::string> const& errors) {
+        printJson({{"errors", errors}, {"output", nullptr}, {"format", nullptr}, {"largest_error", nullptr}});
+    };
+    return {app, run, false, failed};
 }
 
 } // namespace colorconfig
