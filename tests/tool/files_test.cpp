@@ -6,6 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <array>
+#include <cstdlib>
 #include <filesystem>
 
 namespace verra_test {
@@ -152,21 +154,32 @@ TEST_F(ToolFiles, ContextVariablesOfColorAndPreviewActAsTheEnvironment)
     for (auto const& [name, top] : {std::pair{"a.spi1d", "0.5"}, {"b.spi1d", "2"}}) {
         m_env.dir().write(name, std::string("Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n") + top + "\n}\n");
     }
-    Words const args{sampleConfig("  - !<ColorSpace> {name: shot, to_scene_reference: "
-                                  "!<FileTransform> {src: $SHOT.spi1d, interpolation: linear}}\n"),
-                     file("in.exr")};
-    writeNoise(args[1], 8, 3, TypeDesc::FLOAT);
-    // Each in a process of its own: the variable on the command line, then in the environment.
-    std::string const color = "\"$1\" color --config \"$2\" --from shot --to lin 0.25 0.5 0.75 ";
-    std::string const preview = "\"$1\" preview --config \"$2\" --from shot --to srgb_tex \"$3\" ";
-    for (std::string const shot : {"a", "b"}) {
-        EXPECT_EQ(shell(color + "--context SHOT=" + shot, args), shell("SHOT=" + shot + " " + color, args));
-        ASSERT_EQ(std::get<0>(shell(preview + "--context SHOT=" + shot + " \"$3." + shot + ".png\"", args)), 0);
-        ASSERT_EQ(std::get<0>(shell("SHOT=" + shot + " " + preview + "\"$3.env.png\"", args)), 0);
-        EXPECT_EQ(readFile(args[1] + "." + shot + ".png"), readFile(args[1] + ".env.png")) << shot;
+    // Config, space read through $SHOT, two values of SHOT, a space to preview in; the shared context
+    // config too when it is there.
+    std::vector<std::array<std::string, 5>> configs{
+        {sampleConfig("  - !<ColorSpace> {name: shot, to_scene_reference: "
+                      "!<FileTransform> {src: $SHOT.spi1d, interpolation: linear}}\n"),
+         "shot", "a", "b", "srgb_tex"}};
+    char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
+    std::string const shared = std::string(root != nullptr ? root : "") + "/ocio-test-context_test1/config.ocio";
+    if (root != nullptr && std::filesystem::is_regular_file(shared)) {
+        configs.push_back({shared, "SHOT_lut1_cs", "shot1", "shot2", "reference"});
     }
-    EXPECT_EQ(std::get<1>(shell(color + "--context SHOT=a", args)), "0.125 0.25 0.375\n");
-    EXPECT_NE(readFile(args[1] + ".a.png"), readFile(args[1] + ".b.png"));
+    writeNoise(file("in.exr"), 8, 3, TypeDesc::FLOAT);
+    // Each in a process of its own: the variable on the command line, then in the environment.
+    std::string const color = "\"$1\" color --config \"$2\" --from \"$3\" --to linear 0.25 0.5 0.75 ";
+    std::string const preview = "\"$1\" preview --config \"$2\" --from \"$3\" --to \"$5\" \"$4\" ";
+    for (auto const& [config, space, first, second, to] : configs) {
+        Words const args{config, space, file("in.exr"), to};
+        for (std::string const& shot : {first, second}) {
+            EXPECT_EQ(shell(color + "--context SHOT=" + shot, args), shell("SHOT=" + shot + " " + color, args));
+            ASSERT_EQ(std::get<0>(shell(preview + "--context SHOT=" + shot + " \"$4." + shot + ".png\"", args)), 0);
+            ASSERT_EQ(std::get<0>(shell("SHOT=" + shot + " " + preview + "\"$4.env.png\"", args)), 0);
+            EXPECT_EQ(readFile(args[2] + "." + shot + ".png"), readFile(args[2] + ".env.png")) << shot;
+        }
+        EXPECT_NE(readFile(args[2] + "." + first + ".png"), readFile(args[2] + "." + second + ".png")) << space;
+    }
+    EXPECT_EQ(std::get<1>(shell(color + "--context SHOT=a", {configs[0][0], "shot"})), "0.125 0.25 0.375\n");
 }
 
 } // namespace
