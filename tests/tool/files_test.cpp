@@ -131,6 +131,8 @@ TEST_F(ToolFiles, ColourOperationsRefuseBadInputWritingNothing)
     std::pair<Words, std::string> const cases[] = {
         {{"bake", "--config", config, "--from", "lin", "--to", "srgb_tex", file("x.icc")},
          "no LUT format writes '.icc' files; the formats: flame (.3dl), lustre (.3dl), "},
+        {{"bake", "--config", config, "--from", "lin", "--to", "srgb_tex", "--size", "1", file("x.cube")},
+         "the cube size must be from 2 to 129, not 1\n"},
         {{"bake", "--config", config, "--from", "lin", "--display", "TV", file("x.cube")},
          "unknown display 'TV'; the config's displays: 'Monitor'\n"},
         {{"convert", "--config", config, "--from", "lin", "--to", "raw", "--look", "Dim", in, out},
