@@ -6,6 +6,8 @@
 #include <verra_sdk/kit/display_view.h>
 
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 
 namespace verra_test {
 namespace {
@@ -87,6 +89,29 @@ TEST_F(DisplayView, ChoosesAnyViewAndAppliesItsLooksAsAViewWithThemWould)
                       : error,
                   expected);
     }
+}
+
+TEST_F(DisplayView, ASharedConfigsInverseViewRoundTripsThroughOiiotool)
+{
+    char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
+    std::string const cg = std::string(root != nullptr ? root : "/nonexistent") +
+                           "/aces-cg-config-v1.0.0_aces-v1.3_ocio-v2.1/cg-config-v1.0.0_aces-v1.3_ocio-v2.1.ocio";
+    if (!std::filesystem::is_regular_file(cg)) {
+        GTEST_SKIP() << "the shared configs are not there";
+    }
+    ASSERT_THAT(load(cg).errors, IsEmpty());
+    // Display-referred colours below the view's white, back to ACEScg and through oiiotool's forward view.
+    OIIO::ImageBuf display(OIIO::ImageSpec(16, 16, 3, OIIO::TypeDesc::FLOAT));
+    OIIO::ImageBufAlgo::noise(display, "uniform", 0.02f, 0.9f, false);
+    kit::DisplayView chosen;
+    std::string error;
+    ASSERT_TRUE(kit::chooseDisplayView({"ACEScg", "", "", "", true}, chosen, error)) << error;
+    OIIO::ImageBuf back(display);
+    ASSERT_TRUE(kit::applyDisplayView(chosen, back, error) && back.write(file("back.exr"))) << error;
+    Floats const again = oiiotool(
+        cg, file("back.exr"), "--ociodisplay:from=ACEScg 'sRGB - Display' 'ACES 1.0 - SDR Video'", file("again.exr"));
+    EXPECT_GT(largestDifference(floatsOf(back), floatsOf(display)), 0.1f);
+    EXPECT_LT(largestDifference(again, floatsOf(display)), 5e-3f);
 }
 
 } // namespace

@@ -74,8 +74,8 @@ TEST_F(LutBake, BakedFilesApplyAsTheTransformWithinTheErrorTheyReport)
         ASSERT_THAT(load(cg).errors, IsEmpty());
         kit::LutBake bake{"ACEScg", "", "", "", "", "ACEScct"};
         bake.size = 65;
-        expectWithinReport(cg, {"cg.clf", bake, "hdr.exr",
-                                "--ociodisplay:from=ACEScg 'sRGB - Display' 'ACES 1.0 - SDR Video'", 0.3});
+        expectWithinReport(
+            cg, {"cg.clf", bake, "hdr.exr", "--ociodisplay:from=ACEScg 'sRGB - Display' 'ACES 1.0 - SDR Video'", 0.3});
     }
 }
 
