@@ -76,9 +76,10 @@ TEST(String, HoldsItsOwnBytesComparesAndHashesThem)
                                    String("sRGB") != "default"}),
                 Each(true));
     // 64-bit FNV-1a of the bytes, however the text was made.
-    EXPECT_THAT((std::vector{String("\xff").hash(), String("foobar").hash(), String::format("%s%d", "Rec", 709).hash(),
-                             String("Rec709 extra", 6).hash()}),
-                ElementsAre(0xaf64724c8602eb6eull, 0x85944171f73967e8ull, 0x83bf6bbf4b1fa285ull, 0x83bf6bbf4b1fa285ull));
+    EXPECT_THAT(
+        (std::vector{String("\xff").hash(), String("foobar").hash(), String::format("%s%d", "Rec", 709).hash(),
+                     String("Rec709 extra", 6).hash()}),
+        ElementsAre(0xaf64724c8602eb6eull, 0x85944171f73967e8ull, 0x83bf6bbf4b1fa285ull, 0x83bf6bbf4b1fa285ull));
 }
 
 TEST(String, TransformsGiveNewStringsOrShareAnUnchangedBody)
@@ -181,8 +182,9 @@ TEST(Image, CreateGivesZeroedSharedPixelsOrAnInvalidImage)
     for (Case const& c : {Case{7, 3, true}, Case{0, 5, true}, Case{5, 0, true}, Case{-1, 4, false}, Case{4, -1, false},
                           Case{-1, 0, false}, Case{0, -1, false}, Case{65536, 65536, false}}) {
         Image const image = Image::create(c.width, c.height);
-        EXPECT_THAT(std::tuple(image.isValid(), image.hasBody(), image.rgba8() != nullptr, image.width(), image.height()),
-                    FieldsAre(c.valid, c.valid, c.valid, c.valid ? c.width : 0, c.valid ? c.height : 0))
+        EXPECT_THAT(
+            std::tuple(image.isValid(), image.hasBody(), image.rgba8() != nullptr, image.width(), image.height()),
+            FieldsAre(c.valid, c.valid, c.valid, c.valid ? c.width : 0, c.valid ? c.height : 0))
             << c.width << "x" << c.height;
     }
     Image first = Image::create(7, 3);

@@ -330,9 +330,9 @@ void expectBuffersLikeColorconvert(char const* name, std::uint32_t width, std::u
     EXPECT_EQ(built, fast.value_or(built)) << to;
     if (fast == true) {
         EXPECT_NE(detail::floatRgba8Lookup(processor), nullptr) << to;
-        EXPECT_THAT((std::vector{detail::appliesLikeColorconvert(processor, 3),
-                                 detail::appliesLikeColorconvert(processor, 4)}),
-                    Each(true));
+        EXPECT_THAT(
+            (std::vector{detail::appliesLikeColorconvert(processor, 3), detail::appliesLikeColorconvert(processor, 4)}),
+            Each(true));
     }
     std::vector<float> values;
     bool const large = std::size_t{width} * height >= detail::FloatRgba8Lookup::kMinPixels;

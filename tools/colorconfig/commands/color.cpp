@@ -67,8 +67,8 @@ Subcommand addColor(CLI::App& program, CommonOptions& common)
         // The transform returns an impossible conversion unchanged and silently,
         // so the route is asked first. Context variables need the config's own
         // processor, in single precision as for pixels.
-        sdk::ColorRoute const route = options->context.empty() ? sdk::colorRoute(orv::String(from), orv::String(to))
-                                                               : sdk::ColorRoute::Processor;
+        sdk::ColorRoute const route =
+            options->context.empty() ? sdk::colorRoute(orv::String(from), orv::String(to)) : sdk::ColorRoute::Processor;
         if (route == sdk::ColorRoute::None) {
             console::error("cannot convert from '{}' to '{}' with this config", from, to);
             return ExitCode::Failure;
@@ -84,7 +84,8 @@ Subcommand addColor(CLI::App& program, CommonOptions& common)
             OIIO::ImageBuf pixel(OIIO::ImageSpec(1, 1, 3, OIIO::TypeDesc::FLOAT), rgb);
             kit::ColorTransform transform{from, to, "", "", false, options->context};
             std::string message;
-            if (!kit::chooseColorTransform(transform, message) || !kit::applyColorTransform(transform, pixel, message)) {
+            if (!kit::chooseColorTransform(transform, message) ||
+                !kit::applyColorTransform(transform, pixel, message)) {
                 console::error("{}", message);
                 return ExitCode::Failure;
             }

@@ -47,8 +47,8 @@ Subcommand addPreview(CLI::App& program, CommonOptions& common)
             return ExitCode::Failure;
         }
         kit::FileJob const model{"", "", kit::Precision::Float, true, {}, false};
-        return runFiles({{-1, options->files[0], output}}, {{}, from, kit::previewMaker(to, alpha, options->context), model},
-                        options->batch, common, "");
+        return runFiles({{-1, options->files[0], output}},
+                        {{}, from, kit::previewMaker(to, alpha, options->context), model}, options->batch, common, "");
     };
     return {app, run, false, nullptr};
 }
