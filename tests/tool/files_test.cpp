@@ -128,7 +128,12 @@ TEST_F(ToolFiles, ColourOperationsRefuseBadInputWritingNothing)
 {
     std::string const config = sampleConfig(), in = file("in.exr"), out = file("out.exr");
     writeNoise(in, 8, 3, TypeDesc::FLOAT);
+    // A matrix with no inverse: it applies forward, and only forward.
+    std::string const flat = m_env.dir().write("flat.spimtx", "1 0 0 0\n0 1 0 0\n0 0 0 0\n");
+    ASSERT_EQ(std::get<0>(run({"convert", "--lut", flat, in, file("flat.exr")})), 0);
     std::pair<Words, std::string> const cases[] = {
+        {{"convert", "--lut", flat, "--invert", in, out},
+         "cannot invert the LUT file '" + flat + "': Singular Matrix can't be inverted.\n"},
         {{"bake", "--config", config, "--from", "lin", "--to", "srgb_tex", file("x.icc")},
          "no LUT format writes '.icc' files; the formats: flame (.3dl), lustre (.3dl), "},
         {{"bake", "--config", config, "--from", "lin", "--to", "srgb_tex", "--size", "1", file("x.cube")},
