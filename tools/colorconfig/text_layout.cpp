@@ -32,15 +32,6 @@ std::string wrapped(std::string const& first, std::string_view text)
     return first + Strutil::wordwrap(text, kLineWidth, static_cast<int>(first.size())) + "\n";
 }
 
-std::string quoted(std::vector<std::string> const& names)
-{
-    std::string list;
-    for (std::string const& name : names) {
-        list += (list.empty() ? "'" : ", '") + name + "'";
-    }
-    return list;
-}
-
 std::string wrappedList(std::string const& first, std::vector<std::string> const& names)
 {
     // A unit separator stands for the blanks inside names while the text is

@@ -1,6 +1,6 @@
 #pragma once
 // The layout of everything the program writes for people: lines of at most
-// 79 columns, so that no 80-column terminal wraps them, and names quoted.
+// 79 columns, so that no 80-column terminal wraps them.
 
 #include <string>
 #include <string_view>
@@ -18,9 +18,6 @@ std::string paragraph(std::string_view text, int width = kLineWidth);
 /// `first`, then `text` broken at blanks, the lines after the first indented
 /// to the width of `first`; with a final line end.
 std::string wrapped(std::string const& first, std::string_view text);
-
-/// Each name in single quotes, joined by ", ": "'a', 'b'".
-std::string quoted(std::vector<std::string> const& names);
 
 /// `first`, then `names` joined by ", " as `wrapped` lays it out, broken
 /// only between two names.
