@@ -217,18 +217,19 @@ void addCatalogue(py::module_& m)
         "Each role of the config file mapped to its colour space, in the config's order.");
     m.def(
         "check_config",
-        [](std::optional<std::string> const& path) {
+        [](std::optional<std::string> const& path, ContextDict const& context) {
             return checkDict(callModule([&](ErrorCapture&) {
                 if (path) {
                     kit::loadConfig(*path);
                 }
-                return kit::checkConfig();
+                return kit::checkConfig(contextOf(context));
             }));
         },
-        py::arg("path") = py::none(),
+        py::arg("path") = py::none(), py::kw_only(), py::arg("context") = ContextDict(),
         "What works and what is broken in a config: the content of `colorconfig check --json` as a dict, "
         "'ok' False when anything is broken. With `path`, loads it first as load_ocio_config(path) does (it "
-        "stays in use); with None, checks the config in use. Never raises for a broken config.");
+        "stays in use); with None, checks the config in use. `context` sets context variables for the check, as "
+        "the environment would. Never raises for a broken config.");
 }
 
 } // namespace verra_python

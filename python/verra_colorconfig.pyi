@@ -55,7 +55,7 @@ def inactive_color_spaces() -> List[str]:
 def roles_with_spaces() -> Dict[str, str]:
     """Each role of the config mapped to its colour space."""
 
-def check_config(path: Optional[str] = None) -> Dict[str, Any]:
+def check_config(path: Optional[str] = None, *, context: Dict[str, str] = {}) -> Dict[str, Any]:
     """The content of `colorconfig check --json`, with 'ok'; loads `path` first when given."""
 
 def transform(rgba: Sequence[float], from_space: str, to_space: str) -> Rgba:

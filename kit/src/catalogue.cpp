@@ -19,10 +19,10 @@ std::vector<std::string> toStrings(StringVector const& list)
 
 } // namespace
 
-Catalogue readCatalogue()
+Catalogue readCatalogue(ContextVariables const& context)
 {
     Catalogue catalogue;
-    catalogue.status = configStatus();
+    catalogue.status = configStatus(context);
     catalogue.colorSpaces = toStrings(ColorConfig::colorSpaces());
     catalogue.inactive = inactiveColorSpaces();
     catalogue.hidden = hiddenColorSpaces();

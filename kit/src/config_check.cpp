@@ -12,13 +12,19 @@ namespace OCIO = OCIO_NAMESPACE;
 
 namespace {
 
+/// The configuration checked, and the context its processors are built in.
+struct Checked {
+    OCIO::Config const& config;
+    OCIO::ConstContextRcPtr context;
+};
+
 /// OpenColorIO's reason when it cannot build a processor of `transform`;
 /// empty when it can (or when there is no transform).
-std::string processorFailure(OCIO::Config const& config, OCIO::ConstTransformRcPtr const& transform)
+std::string processorFailure(Checked const& checked, OCIO::ConstTransformRcPtr const& transform)
 {
     try {
         if (transform) {
-            config.getProcessor(transform);
+            checked.config.getProcessor(checked.context, transform, OCIO::TRANSFORM_DIR_FORWARD);
         }
         return {};
     } catch (OCIO::Exception const& exception) {
@@ -27,10 +33,10 @@ std::string processorFailure(OCIO::Config const& config, OCIO::ConstTransformRcP
 }
 
 /// The first failure of the transforms' processors, or empty.
-std::string firstFailure(OCIO::Config const& config, std::initializer_list<OCIO::ConstTransformRcPtr> transforms)
+std::string firstFailure(Checked const& checked, std::initializer_list<OCIO::ConstTransformRcPtr> transforms)
 {
     for (OCIO::ConstTransformRcPtr const& transform : transforms) {
-        std::string reason = processorFailure(config, transform);
+        std::string reason = processorFailure(checked, transform);
         if (!reason.empty()) {
             return reason;
         }
@@ -49,14 +55,15 @@ std::vector<std::string> allSpaces(OCIO::Config const& config)
     return names;
 }
 
-void checkColorSpaces(OCIO::Config const& config, CheckReport& report)
+void checkColorSpaces(Checked const& checked, CheckReport& report)
 {
+    OCIO::Config const& config = checked.config;
     std::vector<std::string> const names = allSpaces(config);
     report.colorSpaceCount = static_cast<int>(names.size());
     for (std::string const& name : names) {
         OCIO::ConstColorSpaceRcPtr const space = config.getColorSpace(name.c_str());
-        std::string reason = firstFailure(config, {space->getTransform(OCIO::COLORSPACE_DIR_TO_REFERENCE),
-                                                   space->getTransform(OCIO::COLORSPACE_DIR_FROM_REFERENCE)});
+        std::string reason = firstFailure(checked, {space->getTransform(OCIO::COLORSPACE_DIR_TO_REFERENCE),
+                                                    space->getTransform(OCIO::COLORSPACE_DIR_FROM_REFERENCE)});
         if (!reason.empty()) {
             report.colorSpaces.push_back({name, std::move(reason)});
         }
@@ -103,8 +110,9 @@ std::string sourceFor(OCIO::Config const& config, std::vector<std::string> const
     return {};
 }
 
-void checkViews(OCIO::Config const& config, CheckReport& report)
+void checkViews(Checked const& checked, CheckReport& report)
 {
+    OCIO::Config const& config = checked.config;
     std::vector<std::string> const sources = viewSources(config, report);
     for (int d = 0; d < config.getNumDisplaysAll(); ++d) {
         char const* display = config.getDisplayAll(d);
@@ -117,7 +125,7 @@ void checkViews(OCIO::Config const& config, CheckReport& report)
                 transform->setDisplay(display);
                 transform->setView(view);
                 ++report.viewCount;
-                std::string reason = source.empty() ? std::string() : processorFailure(config, transform);
+                std::string reason = source.empty() ? std::string() : processorFailure(checked, transform);
                 if (!reason.empty()) {
                     report.views.push_back({std::string(display) + " / " + view, std::move(reason)});
                 }
@@ -126,12 +134,13 @@ void checkViews(OCIO::Config const& config, CheckReport& report)
     }
 }
 
-void checkLooks(OCIO::Config const& config, CheckReport& report)
+void checkLooks(Checked const& checked, CheckReport& report)
 {
+    OCIO::Config const& config = checked.config;
     report.lookCount = config.getNumLooks();
     for (int i = 0; i < report.lookCount; ++i) {
         OCIO::ConstLookRcPtr const look = config.getLook(config.getLookNameByIndex(i));
-        std::string reason = firstFailure(config, {look->getTransform(), look->getInverseTransform()});
+        std::string reason = firstFailure(checked, {look->getTransform(), look->getInverseTransform()});
         if (!reason.empty()) {
             report.looks.push_back({look->getName(), std::move(reason)});
         }
@@ -154,10 +163,10 @@ bool CheckReport::broken() const
            !views.empty() || !looks.empty();
 }
 
-CheckReport checkConfig()
+CheckReport checkConfig(ContextVariables const& context)
 {
     CheckReport report;
-    report.status = configStatus();
+    report.status = configStatus(context);
     if (!report.status.usesFile() && report.status.errors.empty()) {
         report.status.errors.push_back("no config file is in use, only the built-in colour spaces: name one with "
                                        "--config, ocio.txt or $OCIO");
@@ -173,9 +182,10 @@ CheckReport checkConfig()
         report.validation = exception.what();
     }
     try {
-        checkColorSpaces(*config, report);
-        checkViews(*config, report);
-        checkLooks(*config, report);
+        Checked const checked{*config, detail::contextWith(*config, context)};
+        checkColorSpaces(checked, report);
+        checkViews(checked, report);
+        checkLooks(checked, report);
         report.defaultDisplay = config->getDefaultDisplay();
         report.defaultView = config->getDefaultView(report.defaultDisplay.c_str());
     } catch (OCIO::Exception const& exception) {

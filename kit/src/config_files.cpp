@@ -1,6 +1,7 @@
 #include "config_files.h"
 
 #include <set>
+#include <utility>
 
 namespace orv::verra_sdk::kit::detail {
 
@@ -13,7 +14,7 @@ namespace OCIO = OCIO_NAMESPACE;
 /// by index, where every name finds its item.
 class MissingFiles {
 public:
-    explicit MissingFiles(OCIO::Config const& config) : m_context(config.getCurrentContext()) {}
+    explicit MissingFiles(OCIO::ConstContextRcPtr context) : m_context(std::move(context)) {}
 
     void visit(OCIO::ConstTransformRcPtr const& transform)
     {
@@ -52,9 +53,9 @@ private:
 
 } // namespace
 
-std::vector<std::string> missingFiles(OCIO::Config const& config)
+std::vector<std::string> missingFiles(OCIO::Config const& config, OCIO::ConstContextRcPtr const& context)
 {
-    MissingFiles files(config);
+    MissingFiles files(context);
     int const spaces = config.getNumColorSpaces(OCIO::SEARCH_REFERENCE_SPACE_ALL, OCIO::COLORSPACE_ALL);
     for (int i = 0; i < spaces; ++i) {
         OCIO::ConstColorSpaceRcPtr const space = config.getColorSpace(

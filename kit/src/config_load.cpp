@@ -37,6 +37,18 @@ void setCurrentOcio(OCIO::ConstConfigRcPtr config)
     stored() = std::move(config);
 }
 
+OCIO::ConstContextRcPtr contextWith(OCIO::Config const& config, ContextVariables const& variables)
+{
+    if (variables.empty()) {
+        return config.getCurrentContext();
+    }
+    OCIO::ContextRcPtr const context = config.getCurrentContext()->createEditableCopy();
+    for (auto const& [name, value] : variables) {
+        context->setStringVar(name.c_str(), value.c_str());
+    }
+    return context;
+}
+
 std::string oneLine(std::string text)
 {
     std::replace(text.begin(), text.end(), '\n', ' ');
@@ -54,6 +66,14 @@ ConfigStatus& latest()
 {
     static ConfigStatus s_status;
     return s_status;
+}
+
+/// The files `config` names and `context` cannot find, one line each.
+std::vector<std::string> missingLines(OCIO::Config const& config, OCIO::ConstContextRcPtr const& context)
+{
+    std::vector<std::string> lines = detail::missingFiles(config, context);
+    std::transform(lines.begin(), lines.end(), lines.begin(), detail::oneLine);
+    return lines;
 }
 
 /// The source that discovery tries first: the argument, else ocio.txt when
@@ -147,15 +167,23 @@ ConfigStatus loadConfig(std::string const& requested)
     // configuration, which OpenColorIO would otherwise read from $OCIO.
     OCIO::SetCurrentConfig(config);
     detail::setCurrentOcio(config);
-    for (std::string const& missing : detail::missingFiles(*config)) {
-        status.warnings.push_back(detail::oneLine(missing));
-    }
+    status.warnings = missingLines(*config, config->getCurrentContext());
     return latest() = status;
 }
 
 ConfigStatus const& configStatus()
 {
     return latest();
+}
+
+ConfigStatus configStatus(ContextVariables const& variables)
+{
+    ConfigStatus status = latest();
+    OCIO::ConstConfigRcPtr const& config = detail::currentOcio();
+    if (config && !variables.empty()) {
+        status.warnings = missingLines(*config, detail::contextWith(*config, variables));
+    }
+    return status;
 }
 
 } // namespace orv::verra_sdk::kit

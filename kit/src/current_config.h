@@ -3,6 +3,8 @@
 // units: what OpenImageIO's wrapper does not tell (missing files, aliases,
 // roles, inactive spaces, views, file rules).
 
+#include <verra_sdk/kit/config_load.h>
+
 #include <OpenColorIO/OpenColorIO.h>
 
 #include <string>
@@ -16,6 +18,10 @@ OCIO_NAMESPACE::ConstConfigRcPtr const& currentOcio();
 
 /// Replaces what `currentOcio` returns (`loadConfig` only).
 void setCurrentOcio(OCIO_NAMESPACE::ConstConfigRcPtr config);
+
+/// The config's current context with `variables` set, as the environment
+/// would set them; the current context itself when there are none.
+OCIO_NAMESPACE::ConstContextRcPtr contextWith(OCIO_NAMESPACE::Config const& config, ContextVariables const& variables);
 
 /// `text` with each line break turned into a blank, for one-line messages.
 std::string oneLine(std::string text);

@@ -88,18 +88,6 @@ bool chooseLooks(OCIO::Config const& config, std::string const& request, std::st
     return true;
 }
 
-OCIO::ConstContextRcPtr contextWith(OCIO::Config const& config, ContextVariables const& variables)
-{
-    if (variables.empty()) {
-        return config.getCurrentContext();
-    }
-    OCIO::ContextRcPtr const context = config.getCurrentContext()->createEditableCopy();
-    for (auto const& [name, value] : variables) {
-        context->setStringVar(name.c_str(), value.c_str());
-    }
-    return context;
-}
-
 OCIO::ConstConfigRcPtr configOrRaw()
 {
     static OCIO::ConstConfigRcPtr const raw = OCIO::Config::CreateRaw();

@@ -39,10 +39,6 @@ bool configSpaceNamed(OCIO_NAMESPACE::Config const& config, std::string& name, s
 bool chooseLooks(OCIO_NAMESPACE::Config const& config, std::string const& request, std::string& looks,
                  std::string& error);
 
-/// The config's current context with `variables` set, as the environment
-/// would set them; the current context itself when there are none.
-OCIO_NAMESPACE::ConstContextRcPtr contextWith(OCIO_NAMESPACE::Config const& config, ContextVariables const& variables);
-
 /// The configuration of the latest `loadConfig`, or a raw one (no colour
 /// spaces but "raw") when only the built-in colour spaces are in use.
 OCIO_NAMESPACE::ConstConfigRcPtr configOrRaw();

@@ -30,6 +30,9 @@ def test_check_is_the_programs(config, name):
     expected = program_json("check", "--config", path)
     assert (vc.check_config(path), vc.check_config()) == (expected, expected)
     assert expected["ok"] is (name != "broken" and "ocio-v2.3" not in name)  # OpenColorIO 2.1 reads no 2.3 config
+    if "context" in name:  # shot1 lacks the file that the config's default shot4 has
+        shot1 = program_json("check", "--config", path, "--context", "SHOT=shot1")
+        assert vc.check_config(path, context={"SHOT": "shot1"}) == shot1 != expected
 
 
 @pytest.mark.parametrize("call, args, expected", [

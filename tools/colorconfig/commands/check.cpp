@@ -11,6 +11,8 @@
 
 #include <fmt/format.h>
 
+#include <memory>
+
 namespace colorconfig {
 
 namespace {
@@ -112,8 +114,10 @@ Subcommand addCheck(CLI::App& program, CommonOptions& common)
         "looksTried, failedLooks (each failure {name, reason}), hidden ({name, reason}), roles ({name, "
         "colorSpace}), fileRules ({file, colorSpace, step, rule}), defaultDisplay and defaultView.");
     addJsonFlag(*app, common, "Print the report as a JSON object.");
-    auto const run = [&common] {
-        kit::CheckReport const report = kit::checkConfig();
+    auto const context = std::make_shared<kit::ContextVariables>();
+    addContext(*app, *context);
+    auto const run = [&common, context] {
+        kit::CheckReport const report = kit::checkConfig(*context);
         // The missing files are errors here, on standard error too.
         for (std::string const& missing : report.status.warnings) {
             console::error("{}", missing);

@@ -10,6 +10,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <memory>
 
 namespace colorconfig {
 
@@ -112,8 +113,10 @@ Subcommand addInfo(CLI::App& program, CommonOptions& common)
         "errors, warnings, colorSpaces, builtIns, inactiveColorSpaces, hidden ({name, reason}), defaultDisplay, "
         "defaultView, displays ({name, views}), looks and roles ({name, colorSpace}).");
     addJsonFlag(*app, common, "Print the same content as a JSON object, for scripts.");
-    auto const run = [&common] {
-        kit::Catalogue const catalogue = kit::readCatalogue();
+    auto const context = std::make_shared<kit::ContextVariables>();
+    addContext(*app, *context);
+    auto const run = [&common, context] {
+        kit::Catalogue const catalogue = kit::readCatalogue(*context);
         if (common.json) {
             printJson(catalogueJson(catalogue));
         } else {

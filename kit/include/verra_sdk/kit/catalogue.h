@@ -43,7 +43,8 @@ struct Catalogue {
     std::vector<RoleSpace> roles;
 };
 
-/// Reads the catalogue of the configuration of the latest `loadConfig`.
-Catalogue readCatalogue();
+/// Reads the catalogue of the configuration of the latest `loadConfig`; its
+/// status's missing files are those under `context` (see `configStatus`).
+Catalogue readCatalogue(ContextVariables const& context = {});
 
 } // namespace orv::verra_sdk::kit

@@ -15,6 +15,8 @@
 // Not thread-safe (one thread at a time, as the module); never throws or
 // prints. Each check builds the processor once (OpenColorIO caches it).
 
+#include <verra_sdk/kit/config_load.h>
+
 #include <OpenImageIO/imagebuf.h>
 
 #include <string>
@@ -22,9 +24,6 @@
 #include <vector>
 
 namespace orv::verra_sdk::kit {
-
-/// Context variables: each name with its value, set in this order.
-using ContextVariables = std::vector<std::pair<std::string, std::string>>;
 
 /// "NAME=VALUE" split at its first "="; false, leaving `variable` as it was,
 /// when there is no "=" or nothing before it.

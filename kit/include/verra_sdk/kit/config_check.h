@@ -63,7 +63,9 @@ struct CheckReport {
     bool broken() const;
 };
 
-/// Checks the configuration of the latest `loadConfig`.
-CheckReport checkConfig();
+/// Checks the configuration of the latest `loadConfig`, its processors and
+/// files under its context with `context` set, as the environment would set
+/// them (a `$SHOT` decides which LUT files a config needs).
+CheckReport checkConfig(ContextVariables const& context = {});
 
 } // namespace orv::verra_sdk::kit

@@ -16,9 +16,14 @@
 #include <verra_sdk/config_source.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orv::verra_sdk::kit {
+
+/// Context variables (`$SHOT` in a config's file paths): each name with its
+/// value, set in this order for one run as the environment would set them.
+using ContextVariables = std::vector<std::pair<std::string, std::string>>;
 
 /// What `loadConfig` chose and what is wrong with it.
 struct ConfigStatus {
@@ -65,5 +70,11 @@ ConfigStatus loadConfig(std::string const& requested);
 /// The status of the latest `loadConfig` (an empty one with the built-ins
 /// before any).
 ConfigStatus const& configStatus();
+
+/// The same status with its `warnings` found again under the config's
+/// context with `variables` set: which files are missing depends on them.
+/// `configStatus()` itself when `variables` is empty or no file is in use.
+/// Costs a walk over the config's transforms.
+ConfigStatus configStatus(ContextVariables const& variables);
 
 } // namespace orv::verra_sdk::kit
