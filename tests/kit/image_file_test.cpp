@@ -4,8 +4,11 @@
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/image_file.h>
+#include <verra_sdk/kit/safe_output.h>
 
 #include <OpenImageIO/deepdata.h>
+
+#include <cstring>
 
 namespace verra_test {
 namespace {
@@ -95,6 +98,27 @@ TEST_F(ImageFile, ReadFailuresSayWhy)
         EXPECT_FALSE(kit::readImageFile(file(name), kit::Precision::Float, read, error)) << name;
         EXPECT_THAT(error, message);
     }
+}
+
+TEST_F(ImageFile, HalfValuesReadAndWriteBitForBit)
+{
+    // Every half bit pattern (signalling NaNs and denormals too), in rows that end inside a band of rows.
+    OIIO::ImageBuf halves(OIIO::ImageSpec(101, 650, 1, T::HALF));
+    auto* const bits = static_cast<std::uint16_t*>(halves.localpixels());
+    std::size_t const count = 101 * 650;
+    for (std::size_t i = 0; i < count; ++i) {
+        bits[i] = static_cast<std::uint16_t>(i * 7919);
+    }
+    ASSERT_TRUE(halves.write(file("all.exr")));
+    kit::ImageFile read;
+    std::string error;
+    ASSERT_TRUE(kit::readImageFile(file("all.exr"), kit::Precision::KeepBytes, read, error)) << error;
+    std::vector<float> expected(count);
+    OIIO::convert_pixel_values(T::HALF, bits, T::FLOAT, expected.data(), static_cast<int>(count));
+    EXPECT_EQ(std::memcmp(read.levels[0].pixels.localpixels(), expected.data(), count * sizeof(float)), 0);
+    ASSERT_TRUE(kit::writeImageFile(file("copy.exr"), read, error)) << error;
+    OIIO::ImageBuf const copy = readImage(file("copy.exr"), 0, T::HALF);
+    EXPECT_EQ(std::memcmp(copy.localpixels(), bits, count * sizeof(std::uint16_t)), 0);
 }
 
 } // namespace
