@@ -10,11 +10,6 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
-using ::testing::FloatNear;
-using ::testing::Pointwise;
 using T = OIIO::TypeDesc;
 using ColorChannels = KitTest;
 

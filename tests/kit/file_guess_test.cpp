@@ -7,8 +7,6 @@
 namespace verra_test {
 namespace {
 
-using namespace orv::verra_sdk;
-using namespace ::testing;
 using GuessColorSpace = KitTest;
 
 /// What `guessColorSpace(file, fallback)` gives, as words: colour space,

@@ -10,8 +10,6 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using ::testing::ElementsAreArray;
 using T = OIIO::TypeDesc;
 using ImageFile = KitTest;
 

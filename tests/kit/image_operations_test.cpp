@@ -8,8 +8,6 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using namespace ::testing;
 using ImageOperations = KitTest;
 
 /// A FLOAT image of one row holding `values` as RGB pixels.

@@ -7,8 +7,6 @@
 namespace verra_test {
 namespace {
 
-using namespace orv::verra_sdk;
-using namespace ::testing;
 using ColorSpaceNames = KitTest;
 
 /// What `resolveColorSpace(typed)` gives, as words: name, how, via.

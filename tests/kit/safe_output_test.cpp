@@ -13,11 +13,7 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
 namespace stdfs = std::filesystem;
-using ::testing::ElementsAre;
-using ::testing::FloatNear;
-using ::testing::Pointwise;
 using SafeOutput = KitTest;
 
 /// A file of `subimages` subimages of RGB noise `width` pixels square, with a second MIP level (tiled, as OpenEXR

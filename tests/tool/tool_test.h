@@ -14,7 +14,6 @@
 
 namespace verra_test {
 
-using namespace ::testing;
 namespace Strutil = OIIO::Strutil;
 using Words = std::vector<std::string>;
 
