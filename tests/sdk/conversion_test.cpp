@@ -9,6 +9,7 @@
 
 #include <OpenImageIO/imagebufalgo.h>
 
+#include <array>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -38,12 +39,7 @@ using OneColor = SdkTest;
 // -0, 1 and 2, which are not clamped: single-precision results, widened.
 TEST_F(OneColor, BuiltInCurvesGiveTheirGoldenValues)
 {
-    struct Case {
-        char const* from;
-        char const* to;
-        float in[3];
-        double out[3];
-    } const cases[] = {
+    std::tuple<char const*, char const*, std::array<float, 3>, std::array<double, 3>> const cases[] = {
         {"sRGB", "linear", {0x1.4b5dccp-5f, 0x1.4b5dcep-5f, 0.5f}, {0x1.9a5c62p-9, 0x1.9a5c7p-9, 0x1.b65b34p-3}},
         {"SRGB", "LINEAR", {-0.5f, -0.0f, 2.0f}, {-0x1.3d0722p-5, -0.0, 0x1.3d0bd2p+2}},
         {"Rec709", "linear", {0x1.4bc6a8p-4f, 0x1.4bc6a6p-4f, 0.5f}, {0x1.2602ep-6, 0x1.26e978p-6, 0x1.09d1cep-2}},
@@ -53,11 +49,11 @@ TEST_F(OneColor, BuiltInCurvesGiveTheirGoldenValues)
         {"linear", "Rec709", {0x1.26e978p-6f, 0x1.26e976p-6f, 0.5f}, {0x1.4ccaa2p-4, 0x1.4bc6a4p-4, 0x1.693946p-1}},
         {"LINEAR", "REC709", {-0.5f, -0.0f, 2.0f}, {-0x1.2p+1, -0.0, 0x1.66fbb4p+0}},
     };
-    for (Case const& c : cases) {
-        Color const in{c.in[0], c.in[1], c.in[2], kOddAlpha}, want{c.out[0], c.out[1], c.out[2], kOddAlpha};
-        EXPECT_EQ(bits(ColorConfig::transform(in, c.from, c.to)), bits(want)) << c.from << " -> " << c.to;
-        EXPECT_EQ(bits(OIIO::Strutil::iequals(c.to, "linear") ? ColorConfig::colorSpaceToLinear(in, c.from)
-                                                              : ColorConfig::linearToColorSpace(in, c.to)),
+    for (auto const& [from, to, i, o] : cases) {
+        Color const in{i[0], i[1], i[2], kOddAlpha}, want{o[0], o[1], o[2], kOddAlpha};
+        EXPECT_EQ(bits(ColorConfig::transform(in, from, to)), bits(want)) << from << " -> " << to;
+        EXPECT_EQ(bits(OIIO::Strutil::iequals(to, "linear") ? ColorConfig::colorSpaceToLinear(in, from)
+                                                            : ColorConfig::linearToColorSpace(in, to)),
                   bits(want));
     }
     EXPECT_EQ(ColorConfig::transform({0.04045, 0, 0, 0}, "sRGB", "linear").r, 0.003130804980173707);
