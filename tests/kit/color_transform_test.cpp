@@ -2,7 +2,6 @@
 // variables against oiiotool's --ociolook, --ociofiletransform and the
 // environment.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/color_transform.h>

@@ -1,6 +1,5 @@
 // Tests of verra_sdk/kit/image_file.h.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/image_file.h>

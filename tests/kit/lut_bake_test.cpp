@@ -2,7 +2,6 @@
 // against oiiotool's own transform of the same config, within the error the
 // bake reports.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/lut_bake.h>

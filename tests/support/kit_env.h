@@ -1,9 +1,10 @@
 #pragma once
 // The fixture of the toolkit's tests and the program's: a clean environment
 // (ModuleEnv) where no configuration is found unless the test adds one, the
-// toolkit's configuration loaded through it, and the sample configuration
-// most tests share.
+// toolkit's configuration loaded through it, the sample configuration most
+// tests share, and the image helpers.
 
+#include "support/images.h"
 #include "support/module_env.h"
 
 #include <gmock/gmock.h>

@@ -5,7 +5,6 @@
 // test adds one.
 
 #include "cli.h"
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <sys/wait.h>
