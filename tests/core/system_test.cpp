@@ -9,6 +9,7 @@
 #include <orv/path.h>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -68,20 +69,17 @@ TEST(File, PathQueriesAndReads)
     std::string const bigPath = tmp.write("real/sub/big.bin", big);
     std::filesystem::create_directory_symlink(tmp.file("real"), tmp.file("link"));
     // path, isFile, isDirectory, canonical
-    struct Case {
-        std::string path;
-        bool isFile, isDirectory;
-        std::string canonical;
-    };
-    for (Case const& c : {Case{tmp.file("link/sub/../sub/./big.bin"), true, false, bigPath},
-                          Case{tmp.file("link"), false, true, tmp.file("real")},
-                          Case{tmp.file("link/gone/../new.ocio"), false, false, tmp.file("real/new.ocio")},
-                          Case{"verra-missing/x", false, false, std::filesystem::current_path() / "verra-missing/x"},
-                          Case{"", false, false, ""}}) {
-        Path const path(str(c.path), true);
+    std::tuple<std::string, bool, bool, std::string> const cases[] = {
+        {tmp.file("link/sub/../sub/./big.bin"), true, false, bigPath},
+        {tmp.file("link"), false, true, tmp.file("real")},
+        {tmp.file("link/gone/../new.ocio"), false, false, tmp.file("real/new.ocio")},
+        {"verra-missing/x", false, false, std::filesystem::current_path() / "verra-missing/x"},
+        {"", false, false, ""}};
+    for (auto const& [text, isFile, isDirectory, canonical] : cases) {
+        Path const path(str(text), true);
         EXPECT_THAT(std::tuple(path.isEmpty(), path.isFile(), path.isDirectory(), std::string(path.canonical().buf())),
-                    FieldsAre(c.path.empty(), c.isFile, c.isDirectory, c.canonical))
-            << c.path;
+                    FieldsAre(text.empty(), isFile, isDirectory, canonical))
+            << text;
     }
     File file;
     EXPECT_THAT(std::tuple(file.isOpen(), file.read().isEmpty()), FieldsAre(false, true));
@@ -110,19 +108,18 @@ TEST(Os, GetEnvAndUserDir)
     variable.unset();
     EXPECT_EQ(env(String("VERRA_TEST_VARIABLE")), "");
     // $HOME, $XDG_CONFIG_HOME, $XDG_DATA_HOME (null: unset); verraUserDir(true), verraUserDir(false)
-    struct Case {
-        char const *home, *config, *data, *configDir, *dataDir;
-    };
-    for (Case const& c : {Case{"/h", "/xdg/c//", "/xdg/d", "/xdg/c/verra", "/xdg/d/verra"},
-                          Case{"/h//", "", "relative/data", "/h/.config/verra", "/h/.local/share/verra"},
-                          Case{"/h", nullptr, nullptr, "/h/.config/verra", "/h/.local/share/verra"}}) {
-        home.put(c.home);
-        config.put(c.config);
-        data.put(c.data);
+    using Case = std::array<char const*, 5>;
+    for (auto const& [h, c, d, configDir, dataDir] :
+         {Case{"/h", "/xdg/c//", "/xdg/d", "/xdg/c/verra", "/xdg/d/verra"},
+          Case{"/h//", "", "relative/data", "/h/.config/verra", "/h/.local/share/verra"},
+          Case{"/h", nullptr, nullptr, "/h/.config/verra", "/h/.local/share/verra"}}) {
+        home.put(h);
+        config.put(c);
+        data.put(d);
         EXPECT_THAT(std::tuple(std::string(orv::fs::verraUserDir(true).view()),
                                std::string(orv::fs::verraUserDir(false).view())),
-                    FieldsAre(c.configDir, c.dataDir))
-            << c.home;
+                    FieldsAre(configDir, dataDir))
+            << h;
     }
 }
 

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 #include <new>
 #include <string>
 #include <utility>
@@ -85,26 +86,24 @@ TEST(String, HoldsItsOwnBytesComparesAndHashesThem)
 TEST(String, TransformsGiveNewStringsOrShareAnUnchangedBody)
 {
     // text, trim(both), trim(start), trim(end), toLower, trimChars("$%", "%")
-    struct Case {
-        char const *text, *both, *start, *end, *lower, *bare;
-    };
-    for (Case const& c :
+    using Case = std::array<char const*, 6>;
+    for (auto const& [chars, both, start, end, lower, bare] :
          {Case{" \t\vA b\f\r\n", "A b", "A b\f\r\n", " \t\vA b", " \t\va b\f\r\n", " \t\vA b\f\r\n"},
           Case{" \r\n\t\v\f ", "", "", "", " \r\n\t\v\f ", " \r\n\t\v\f "},
           Case{"%OCIO%\v", "%OCIO%", "%OCIO%\v", "%OCIO%", "%ocio%\v", "OCIO%\v"},
           Case{"$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "$%$ocio%%", "ocio"},
           Case{"@AZ[`z{\xC9", "@AZ[`z{\xC9", "@AZ[`z{\xC9", "@AZ[`z{\xC9", "@az[`z{\xC9", "@AZ[`z{\xC9"},
           Case{"%%", "%%", "%%", "%%", "%%", ""}, Case{"", "", "", "", "", ""}}) {
-        String const text(c.text);
+        String const text(chars);
         std::pair<String, std::string_view> const results[] = {
-            {text.trim(true, true), c.both}, {text.trim(true, false), c.start},
-            {text.trim(false, true), c.end}, {text.toLower(true), c.lower},
-            {text.toLower(false), c.lower},  {text.trimChars(String("$%"), String("%")), c.bare}};
+            {text.trim(true, true), both}, {text.trim(true, false), start},
+            {text.trim(false, true), end}, {text.toLower(true), lower},
+            {text.toLower(false), lower},  {text.trimChars(String("$%"), String("%")), bare}};
         for (auto const& [result, expected] : results) {
-            EXPECT_EQ(result.view(), expected) << '"' << c.text << '"';
-            EXPECT_EQ(result.body() == text.body(), result.view() == c.text) << '"' << c.text << '"';
+            EXPECT_EQ(result.view(), expected) << '"' << chars << '"';
+            EXPECT_EQ(result.body() == text.body(), result.view() == chars) << '"' << chars << '"';
         }
-        EXPECT_EQ(text.view(), c.text);
+        EXPECT_EQ(text.view(), chars);
     }
 }
 
@@ -153,39 +152,33 @@ TEST(HashMap, SetFindCopyAndClear)
 
 TEST(Vector2d, AllocatePlacesUpTo32BitCountsOrStaysEmpty)
 {
-    struct Case {
-        std::uint32_t width, height;
-        bool placed;
-    };
-    for (Case const& c : {Case{3, 2, true}, Case{0, 5, true}, Case{65536, 65536, false}}) {
+    using Case = std::tuple<std::uint32_t, std::uint32_t, bool>;
+    for (auto const& [width, height, placed] : {Case{3, 2, true}, Case{0, 5, true}, Case{65536, 65536, false}}) {
         orv::verra::Vector2d<orv::verra::Rgba8, true> pixels;
         orv::verra::Vector2d<orv::verra::Rgba8, true> moved;
         moved.allocate(1, 1);
         pixels.allocate(1, 1);
-        pixels.allocate(c.width, c.height); // releases the first storage
+        pixels.allocate(width, height); // releases the first storage
         moved = std::move(pixels); // takes it over, releasing its own
         EXPECT_THAT(std::tuple(moved.data != nullptr, moved.width, moved.height, moved.count, pixels.empty(),
                                pixels.count), // NOLINT(bugprone-use-after-move)
-                    FieldsAre(c.placed, c.placed ? c.width : 0u, c.placed ? c.height : 0u, moved.width * moved.height,
-                              true, 0u))
-            << c.width << "x" << c.height;
+                    FieldsAre(placed, placed ? width : 0u, placed ? height : 0u, moved.width * moved.height, true, 0u))
+            << width << "x" << height;
     }
 }
 
 TEST(Image, CreateGivesZeroedSharedPixelsOrAnInvalidImage)
 {
     using orv::verra_sdk::Image;
-    struct Case {
-        int width, height;
-        bool valid;
-    };
-    for (Case const& c : {Case{7, 3, true}, Case{0, 5, true}, Case{5, 0, true}, Case{-1, 4, false}, Case{4, -1, false},
-                          Case{-1, 0, false}, Case{0, -1, false}, Case{65536, 65536, false}}) {
-        Image const image = Image::create(c.width, c.height);
+    using Case = std::tuple<int, int, bool>;
+    for (auto const& [width, height, valid] :
+         {Case{7, 3, true}, Case{0, 5, true}, Case{5, 0, true}, Case{-1, 4, false}, Case{4, -1, false},
+          Case{-1, 0, false}, Case{0, -1, false}, Case{65536, 65536, false}}) {
+        Image const image = Image::create(width, height);
         EXPECT_THAT(
             std::tuple(image.isValid(), image.hasBody(), image.rgba8() != nullptr, image.width(), image.height()),
-            FieldsAre(c.valid, c.valid, c.valid, c.valid ? c.width : 0, c.valid ? c.height : 0))
-            << c.width << "x" << c.height;
+            FieldsAre(valid, valid, valid, valid ? width : 0, valid ? height : 0))
+            << width << "x" << height;
     }
     Image first = Image::create(7, 3);
     Image const second = first;

@@ -7,8 +7,6 @@
 namespace verra_test {
 namespace {
 
-using namespace orv::verra_sdk;
-using namespace ::testing;
 using Catalogue = KitTest;
 
 TEST_F(Catalogue, CopiesWhatTheConfigOffers)

@@ -1,6 +1,5 @@
 // Tests of verra_sdk/kit/color_channels.h.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/color_channels.h>
@@ -10,11 +9,6 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
-using ::testing::FloatNear;
-using ::testing::Pointwise;
 using T = OIIO::TypeDesc;
 using ColorChannels = KitTest;
 
@@ -38,12 +32,7 @@ TEST_F(ColorChannels, FindsAndConvertsTheStraightColourOfTheColourChannelsOnly)
     Names const rgba{"R", "G", "B", "A"}, rgb{"R", "G", "B"};
     T const F = T::FLOAT, B = T::UINT8;
     // From sRGB to linear when `decode`, else back; grey comes out as `outNames` (empty: `names`).
-    struct Case {
-        Names names, outNames;
-        T type, outType;
-        bool associated, decode;
-        Floats in, out;
-    } const cases[] = {
+    std::tuple<Names, Names, T, T, bool, bool, Floats, Floats> const cases[] = {
         {rgba, {}, F, F, false, true, {.5f, .25f, 1, .5f}, {kD50, kD25, 1, .5f}},
         // Associated: divided by alpha, converted, multiplied again.
         {rgba, {}, F, F, true, true, {.25f, .125f, .5f, .5f}, {kH, kQ, .5f, .5f}},
@@ -60,15 +49,15 @@ TEST_F(ColorChannels, FindsAndConvertsTheStraightColourOfTheColourChannelsOnly)
         {{"Y", "M"}, rgba, F, F, false, true, {.5f, .3f}, {kD50, kD50, kD50, .3f}},
         {{"Z", "Y", "A"}, {"R", "G", "B", "Z", "A"}, F, F, true, true, {.3f, .25f, .5f}, {kH, kH, kH, .3f, .5f}},
     };
-    for (Case const& c : cases) {
-        kit::ImageLevel level = levelOf(c.names, c.in, c.type, c.associated);
+    for (auto const& [names, outNames, type, outType, associated, decode, in, out] : cases) {
+        kit::ImageLevel level = levelOf(names, in, type, associated);
         std::string error;
-        char const* const to = c.decode ? "linear" : "sRGB";
-        SCOPED_TRACE(OIIO::Strutil::join(c.names, ",") + " " + c.type.c_str() + " " + to);
-        ASSERT_TRUE(kit::convertLevel(level, c.decode ? "sRGB" : "linear", to, error)) << error;
-        EXPECT_THAT(floatsOf(level.pixels), Pointwise(FloatNear(2e-3f), c.out));
-        EXPECT_EQ(level.pixels.spec().format, c.outType);
-        EXPECT_THAT(level.fileSpec.channelnames, ElementsAreArray(c.outNames.empty() ? c.names : c.outNames));
+        char const* const to = decode ? "linear" : "sRGB";
+        SCOPED_TRACE(OIIO::Strutil::join(names, ",") + " " + type.c_str() + " " + to);
+        ASSERT_TRUE(kit::convertLevel(level, decode ? "sRGB" : "linear", to, error)) << error;
+        EXPECT_THAT(floatsOf(level.pixels), Pointwise(FloatNear(2e-3f), out));
+        EXPECT_EQ(level.pixels.spec().format, outType);
+        EXPECT_THAT(level.fileSpec.channelnames, ElementsAreArray(outNames.empty() ? names : outNames));
         EXPECT_EQ(level.fileSpec.alpha_channel, level.fileSpec.channelindex("A"));
         EXPECT_EQ(level.fileSpec.get_string_attribute("oiio:ColorSpace"), to);
     }
@@ -81,22 +70,18 @@ TEST_F(ColorChannels, FindsAndConvertsTheStraightColourOfTheColourChannelsOnly)
 
 TEST_F(ColorChannels, FailuresSayWhy)
 {
-    struct Case {
-        Names names;
-        T type;
-        char const *from, *to, *message;
-    } const cases[] = {
+    std::tuple<Names, T, char const*, char const*, char const*> const cases[] = {
         {{"X", "Y", "A", "Z"}, T::FLOAT, "sRGB", "linear", "the image has no colour channels (R, G and B, or grey)"},
         {{"R", "G", "B"}, T::FLOAT, "nope", "linear", "cannot convert from 'nope' to 'linear' with this config"},
         {{"R", "G", "B", "A"}, T::FLOAT, "linear", "nope", "the conversion failed"},
         {{"R", "G", "B"}, T::UINT8, "sRGB", "nope", "the conversion failed"},
     };
     LogCapture log;
-    for (Case const& c : cases) {
-        kit::ImageLevel level = levelOf(c.names, Floats(c.names.size(), 0.5f), c.type);
+    for (auto const& [names, type, from, to, message] : cases) {
+        kit::ImageLevel level = levelOf(names, Floats(names.size(), 0.5f), type);
         std::string error;
-        EXPECT_FALSE(kit::convertLevel(level, c.from, c.to, error));
-        EXPECT_EQ(error, c.message);
+        EXPECT_FALSE(kit::convertLevel(level, from, to, error));
+        EXPECT_EQ(error, message);
         EXPECT_EQ(level.fileSpec.get_string_attribute("oiio:ColorSpace"), "");
     }
     auto const refuse = [](OIIO::ImageBuf&, std::string& reason) { return (reason = "no").empty(); };
@@ -112,21 +97,17 @@ TEST_F(ColorChannels, OperationsGetTheColourChannelsAndAlphaPacked)
 {
     // Channels `names` holding 1, 2, 3...; the operation sees `seen` and writes 10, 20 and 30 as R, G and B,
     // on the level itself when `inPlace`.
-    struct Case {
-        Names names;
-        Floats seen, out;
-        bool inPlace;
-    } const cases[] = {
+    std::tuple<Names, Floats, Floats, bool> const cases[] = {
         {{"R", "G", "B", "A"}, {1, 2, 3, 4}, {10, 20, 30, 4}, true},
         {{"R", "A", "B", "G"}, {1, 4, 3, 2}, {10, 2, 30, 20}, false},
         {{"G", "B", "R"}, {3, 1, 2}, {20, 30, 10}, false},
         {{"A", "b", "g", "r"}, {4, 3, 2, 1}, {1, 30, 20, 10}, false},
         {{"R", "G", "B", "Z"}, {1, 2, 3}, {10, 20, 30, 4}, false},
     };
-    for (Case const& c : cases) {
-        Floats in(c.names.size());
+    for (auto const& [names, expectedSeen, out, expectedInPlace] : cases) {
+        Floats in(names.size());
         std::iota(in.begin(), in.end(), 1.0f);
-        kit::ImageLevel level = levelOf(c.names, in);
+        kit::ImageLevel level = levelOf(names, in);
         Floats seen;
         bool inPlace = false;
         auto const mark = [&](OIIO::ImageBuf& packed, std::string&) {
@@ -135,11 +116,11 @@ TEST_F(ColorChannels, OperationsGetTheColourChannelsAndAlphaPacked)
             return OIIO::ImageBufAlgo::fill(packed, {10.0f, 20.0f, 30.0f}, OIIO::ROI(0, 1, 0, 1, 0, 1, 0, 3));
         };
         std::string error;
-        SCOPED_TRACE(OIIO::Strutil::join(c.names, ","));
+        SCOPED_TRACE(OIIO::Strutil::join(names, ","));
         ASSERT_TRUE(kit::transformColorChannels(level, mark, error)) << error;
-        EXPECT_EQ(seen, c.seen);
-        EXPECT_EQ(floatsOf(level.pixels), c.out);
-        EXPECT_EQ(inPlace, c.inPlace);
+        EXPECT_EQ(seen, expectedSeen);
+        EXPECT_EQ(floatsOf(level.pixels), out);
+        EXPECT_EQ(inPlace, expectedInPlace);
     }
 }
 

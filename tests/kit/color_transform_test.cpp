@@ -2,19 +2,13 @@
 // variables against oiiotool's --ociolook, --ociofiletransform and the
 // environment.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/color_transform.h>
 
-#include <cstdlib>
-#include <filesystem>
-
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using namespace ::testing;
 class ColorTransform : public KitTest {
 protected:
     /// Each transform applied to `noise` against oiiotool's operation on the same pixels (with the environment
@@ -38,12 +32,7 @@ protected:
 
 TEST_F(ColorTransform, LooksLutFilesAndContextApplyAsOiiotoolAppliesThem)
 {
-    // The space "shot" reads $SHOT.spi1d: a.spi1d halves, b.spi1d doubles.
-    for (auto const& [name, top] : {std::pair{"a.spi1d", "0.5"}, {"b.spi1d", "2"}}) {
-        m_env.dir().write(name, std::string("Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n") + top + "\n}\n");
-    }
-    std::string const config = sampleConfig("  - !<ColorSpace> {name: shot, to_scene_reference: "
-                                            "!<FileTransform> {src: $SHOT.spi1d, interpolation: linear}}\n");
+    std::string const config = shotConfig();
     ASSERT_THAT(load(config).errors, IsEmpty());
     OIIO::ImageBuf noise(OIIO::ImageSpec(16, 16, 4, OIIO::TypeDesc::FLOAT));
     OIIO::ImageBufAlgo::noise(noise, "uniform", 0.05f, 1.0f, false);
@@ -73,15 +62,10 @@ TEST_F(ColorTransform, LooksLutFilesAndContextApplyAsOiiotoolAppliesThem)
 
 TEST_F(ColorTransform, SharedConfigsLookAndLutFileApplyAsOiiotoolAppliesThem)
 {
-    char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
-    std::string const folder = root != nullptr ? root : "/nonexistent";
-    std::string const cg =
-        folder + "/aces-cg-config-v1.0.0_aces-v1.3_ocio-v2.1/cg-config-v1.0.0_aces-v1.3_ocio-v2.1.ocio";
-    std::string const lut = folder + "/imageworks-nuke-default/luts/cineon.spi1d";
-    if (!std::filesystem::is_regular_file(cg) || !std::filesystem::is_regular_file(lut)) {
+    std::string const cg = loadShared(kCgConfig), lut = sharedFile("imageworks-nuke-default/luts/cineon.spi1d");
+    if (cg.empty() || lut.empty()) {
         GTEST_SKIP() << "the shared configs are not there";
     }
-    ASSERT_THAT(load(cg).errors, IsEmpty());
     // Saturated colours, many outside AP1, where the gamut compression acts.
     OIIO::ImageBuf noise(OIIO::ImageSpec(16, 16, 3, OIIO::TypeDesc::FLOAT));
     OIIO::ImageBufAlgo::noise(noise, "uniform", -0.5f, 1.0f, false);

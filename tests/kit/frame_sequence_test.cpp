@@ -7,10 +7,6 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using ::testing::AllOf;
-using ::testing::ElementsAre;
-using ::testing::Field;
 using FrameSequence = KitTest;
 
 TEST_F(FrameSequence, PatternsAndRangesReadAsOiiotoolReadsThem)

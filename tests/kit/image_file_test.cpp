@@ -1,6 +1,5 @@
 // Tests of verra_sdk/kit/image_file.h.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/image_file.h>
@@ -13,8 +12,6 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using ::testing::ElementsAreArray;
 using T = OIIO::TypeDesc;
 using ImageFile = KitTest;
 
@@ -44,11 +41,7 @@ TEST_F(ImageFile, ReadsEveryImageAtItsPrecisionWithItsAlpha)
     ASSERT_TRUE(OIIO::ImageBufAlgo::make_texture(OIIO::ImageBufAlgo::MakeTxTexture, part, file("mip.tx"), {}));
     auto const bytes = kit::Precision::KeepBytes, floats = kit::Precision::Float;
     // The subimages, whether there are MIP levels, then each image as "subimage/level width type alpha".
-    struct Case {
-        char const* name;
-        kit::ReadOptions options;
-        Names read;
-    } const cases[] = {
+    std::tuple<char const*, kit::ReadOptions, Names> const cases[] = {
         {"a8.png", {bytes}, {"1 flat", "0/0 4 uint8 straight"}},
         {"a8.png", {floats}, {"1 flat", "0/0 4 float straight"}},
         {"a16.png", {bytes}, {"1 flat", "0/0 4 float straight"}},
@@ -60,17 +53,17 @@ TEST_F(ImageFile, ReadsEveryImageAtItsPrecisionWithItsAlpha)
         {"parts.exr", {floats}, {"2 flat", "0/0 2 float associated", "1/0 2 float straight"}},
         {"mip.tx", {floats}, {"1 mipmapped", "0/0 2 float associated", "0/1 1 float associated"}},
     };
-    for (Case const& c : cases) {
+    for (auto const& [name, options, expected] : cases) {
         kit::ImageFile read;
         std::string error;
-        ASSERT_TRUE(kit::readImageFile(file(c.name), c.options, read, error)) << c.name << error;
+        ASSERT_TRUE(kit::readImageFile(file(name), options, read, error)) << name << error;
         Names got{std::to_string(read.subimages) + (read.mipmapped ? " mipmapped" : " flat")};
         for (kit::ImageLevel const& level : read.levels) {
             got.push_back(OIIO::Strutil::fmt::format("{}/{} {} {} {}", level.subimage, level.miplevel,
                                                      level.pixels.spec().width, level.pixels.spec().format.c_str(),
                                                      level.associatedAlpha ? "associated" : "straight"));
         }
-        EXPECT_THAT(got, ElementsAreArray(c.read)) << c.name;
+        EXPECT_THAT(got, ElementsAreArray(expected)) << name;
     }
 }
 

@@ -1,6 +1,5 @@
 // Tests of verra_sdk/kit/image_operations.h.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/image_operations.h>
@@ -8,8 +7,6 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using namespace ::testing;
 using ImageOperations = KitTest;
 
 /// A FLOAT image of one row holding `values` as RGB pixels.

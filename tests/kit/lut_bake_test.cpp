@@ -2,19 +2,13 @@
 // against oiiotool's own transform of the same config, within the error the
 // bake reports.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/lut_bake.h>
 
-#include <cstdlib>
-#include <filesystem>
-
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using namespace ::testing;
 using LutBake = KitTest;
 
 /// A log space covering scene-linear 2^-12 to 2^8, for a shaper.
@@ -67,11 +61,7 @@ TEST_F(LutBake, BakedFilesApplyAsTheTransformWithinTheErrorTheyReport)
         expectWithinReport(config, c);
     }
     // A shared config's default view of HDR input through a 65-cube with a log shaper, when the folder is there.
-    char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
-    std::string const cg = std::string(root != nullptr ? root : "") +
-                           "/aces-cg-config-v1.0.0_aces-v1.3_ocio-v2.1/cg-config-v1.0.0_aces-v1.3_ocio-v2.1.ocio";
-    if (root != nullptr && std::filesystem::is_regular_file(cg)) {
-        ASSERT_THAT(load(cg).errors, IsEmpty());
+    if (std::string const cg = loadShared(kCgConfig); !cg.empty()) {
         kit::LutBake bake{"ACEScg", "", "", "", "", "ACEScct"};
         bake.size = 65;
         expectWithinReport(

@@ -7,8 +7,6 @@
 namespace verra_test {
 namespace {
 
-using namespace orv::verra_sdk;
-using namespace ::testing;
 using ColorSpaceNames = KitTest;
 
 /// What `resolveColorSpace(typed)` gives, as words: name, how, via.
@@ -25,7 +23,6 @@ TEST_F(ColorSpaceNames, ResolveSaysHowEachNameWasFoundAndSuggestsOnlyWhatConvert
     EXPECT_EQ(kit::closestColorSpaces("srgbb"), (Names{"sRGB"}));
     ASSERT_THAT(load(sampleConfig()).errors, IsEmpty());
     std::vector<Names> const cases{
-        {" LIN ", "lin", "listed", ""},
         {"LINEAR", "linear", "listed", ""},
         {"Rec709", "Rec709", "built-in isolated", ""},
         {"scene", "lin", "alias", "scene"},

@@ -1,6 +1,5 @@
 // Tests of verra_sdk/kit/safe_output.h.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/safe_output.h>
@@ -13,11 +12,7 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
 namespace stdfs = std::filesystem;
-using ::testing::ElementsAre;
-using ::testing::FloatNear;
-using ::testing::Pointwise;
 using SafeOutput = KitTest;
 
 /// A file of `subimages` subimages of RGB noise `width` pixels square, with a second MIP level (tiled, as OpenEXR

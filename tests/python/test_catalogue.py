@@ -38,11 +38,8 @@ def test_check_is_the_programs(config, name):
 @pytest.mark.parametrize("call, args, expected", [
     ("find_color_space", (" SRGB ",), "sRGB"),
     ("resolve_color_space", ("scene",), ("lin", "alias")),
-    ("resolve_color_space", ("scene_linear",), ("lin", "role")),
-    ("resolve_color_space", ("old",), ("old", "inactive")),
     ("resolve_color_space", ("nope",), None),
     ("parse_color_space", ("a.PNG",), "sRGB"),
-    ("parse_color_space", ("shot_srgb_tex.exr",), "srgb_tex"),
     ("closest_color_spaces", ("srgb_te",), ["srgb_tex"]),
     ("color_route", ("lin", "srgb_tex"), "processor"),
     ("color_route", ("nope", "lin"), "none"),

@@ -210,21 +210,14 @@ TEST_F(Catalogue, ColorSpacesAndTheLookupOfATypedName)
     }
 
     loadConfig(ocioConfig({"ACEScg", "\tpadded\r", "Utility - Raw", "Zeta@["}), "find.ocio");
-    std::pair<char const*, char const*> const typed[] = {{"srgb", "sRGB"},
-                                                         {" rec709", "Rec709"},
-                                                         {"\tLINEAR \n", "linear"},
-                                                         {"acescg", "ACEScg"},
-                                                         {"utility - raw ", "Utility - Raw"},
-                                                         {"PADDED", "\tpadded\r"},
-                                                         {"zETA@[", "Zeta@["},
-                                                         {"zeta`[", ""},
-                                                         {"zeta@{", ""},
-                                                         {"nope", ""},
-                                                         {"", ""},
-                                                         {"lin ear", ""},
-                                                         {"\x01sRGB", ""}};
+    std::pair<char const*, char const*> const typed[] = {
+        {"srgb", "sRGB"},         {" rec709", "Rec709"}, {"\tLINEAR \n", "linear"},          {"acescg", "ACEScg"},
+        {"PADDED", "\tpadded\r"}, {"zETA@[", "Zeta@["},  {"utility - raw ", "Utility - Raw"}};
     for (auto const& [name, listed] : typed) {
         EXPECT_STREQ(ColorConfig::findColorSpace(name).buf(), listed) << name;
+    }
+    for (char const* unknown : {"zeta`[", "zeta@{", "nope", "", "lin ear", "\x01sRGB"}) {
+        EXPECT_STREQ(ColorConfig::findColorSpace(unknown).buf(), "") << unknown;
     }
 }
 

@@ -9,8 +9,8 @@
 
 #include <OpenImageIO/imagebufalgo.h>
 
+#include <array>
 #include <cmath>
-#include <filesystem>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -39,12 +39,7 @@ using OneColor = SdkTest;
 // -0, 1 and 2, which are not clamped: single-precision results, widened.
 TEST_F(OneColor, BuiltInCurvesGiveTheirGoldenValues)
 {
-    struct Case {
-        char const* from;
-        char const* to;
-        float in[3];
-        double out[3];
-    } const cases[] = {
+    std::tuple<char const*, char const*, std::array<float, 3>, std::array<double, 3>> const cases[] = {
         {"sRGB", "linear", {0x1.4b5dccp-5f, 0x1.4b5dcep-5f, 0.5f}, {0x1.9a5c62p-9, 0x1.9a5c7p-9, 0x1.b65b34p-3}},
         {"SRGB", "LINEAR", {-0.5f, -0.0f, 2.0f}, {-0x1.3d0722p-5, -0.0, 0x1.3d0bd2p+2}},
         {"Rec709", "linear", {0x1.4bc6a8p-4f, 0x1.4bc6a6p-4f, 0.5f}, {0x1.2602ep-6, 0x1.26e978p-6, 0x1.09d1cep-2}},
@@ -54,14 +49,12 @@ TEST_F(OneColor, BuiltInCurvesGiveTheirGoldenValues)
         {"linear", "Rec709", {0x1.26e978p-6f, 0x1.26e976p-6f, 0.5f}, {0x1.4ccaa2p-4, 0x1.4bc6a4p-4, 0x1.693946p-1}},
         {"LINEAR", "REC709", {-0.5f, -0.0f, 2.0f}, {-0x1.2p+1, -0.0, 0x1.66fbb4p+0}},
     };
-    for (Case const& c : cases) {
-        Color const in{c.in[0], c.in[1], c.in[2], kOddAlpha};
-        Color const want{c.out[0], c.out[1], c.out[2], kOddAlpha};
-        EXPECT_EQ(bits(ColorConfig::transform(in, c.from, c.to)), bits(want)) << c.from << " -> " << c.to;
-        bool const toLinear = OIIO::Strutil::iequals(c.to, "linear");
-        Color const viaConvenience =
-            toLinear ? ColorConfig::colorSpaceToLinear(in, c.from) : ColorConfig::linearToColorSpace(in, c.to);
-        EXPECT_EQ(bits(viaConvenience), bits(want));
+    for (auto const& [from, to, i, o] : cases) {
+        Color const in{i[0], i[1], i[2], kOddAlpha}, want{o[0], o[1], o[2], kOddAlpha};
+        EXPECT_EQ(bits(ColorConfig::transform(in, from, to)), bits(want)) << from << " -> " << to;
+        EXPECT_EQ(bits(OIIO::Strutil::iequals(to, "linear") ? ColorConfig::colorSpaceToLinear(in, from)
+                                                            : ColorConfig::linearToColorSpace(in, to)),
+                  bits(want));
     }
     EXPECT_EQ(ColorConfig::transform({0.04045, 0, 0, 0}, "sRGB", "linear").r, 0.003130804980173707);
 }
@@ -104,29 +97,16 @@ TEST_F(OneColor, OtherPairsGoThroughAProcessorOfTheConfiguration)
 // file, which counts as no answer: the name search, then the extension.
 TEST_F(OneColor, FileNameGivesItsColorSpace)
 {
-    char const* const builtIn[][3] = {// name, guess with fallback, without
-                                      {"dir/sub/t.pNG", "sRGB", ""},
-                                      {"a.JPG", "sRGB", ""},
-                                      {"a.tga", "sRGB", ""},
-                                      {"a.bmp", "sRGB", ""},
-                                      {"a.jpeg", "linear", ""},
-                                      {"", "linear", ""},
-                                      {"dir.png/file", "linear", ""},
-                                      {"a.png.exr", "linear", ""},
-                                      {"plate_srgb_v1.exr", "sRGB", "sRGB"},
-                                      {"plate_Rec709.png", "Rec709", "Rec709"},
-                                      {"beauty_linear.png", "linear", "linear"}};
-    char const* const loaded[][3] = {{"plate_srgb_tex.exr", "srgb_tex", "srgb_tex"},
-                                     {"shot_lin_v2.png", "lin", "lin"},
-                                     {"plate_sRGB.exr", "linear", ""},
-                                     {"plate.png", "sRGB", ""}};
-    auto const check = [](char const* const* c) {
-        EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], true).buf(), c[1]) << c[0];
-        EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], false).buf(), c[2]) << c[0];
-    };
-    std::for_each(std::begin(builtIn), std::end(builtIn), check);
+    expectParsed({"dir/sub/t.pNG", "a.JPG", "a.tga", "a.bmp"}, "sRGB", "");
+    expectParsed({"a.jpeg", "", "dir.png/file", "a.png.exr"}, "linear", "");
+    expectParsed({"plate_srgb_v1.exr"}, "sRGB", "sRGB");
+    expectParsed({"plate_Rec709.png"}, "Rec709", "Rec709");
+    expectParsed({"beauty_linear.png"}, "linear", "linear");
     loadConfig(ocioConfig({"lin", "srgb_tex"}), "parse.ocio");
-    std::for_each(std::begin(loaded), std::end(loaded), check);
+    expectParsed({"plate_srgb_tex.exr"}, "srgb_tex", "srgb_tex");
+    expectParsed({"shot_lin_v2.png"}, "lin", "lin");
+    expectParsed({"plate_sRGB.exr"}, "linear", "");
+    expectParsed({"plate.png"}, "sRGB", "");
 }
 
 /// OpenImageIO's colorconvert of `pixels` into a new image of `out` (its own
@@ -153,8 +133,7 @@ Bytes reference(T const* pixels, int w, int h, std::string const& from, std::str
 template <class T>
 Bytes bytesOf(T const* pixels, std::size_t count)
 {
-    auto const* first = reinterpret_cast<std::uint8_t const*>(pixels);
-    return Bytes(first, first + count * sizeof(T));
+    return Bytes(reinterpret_cast<std::uint8_t const*>(pixels), reinterpret_cast<std::uint8_t const*>(pixels + count));
 }
 
 /// Converts images 128 pixels wide, of 9 rows (converted directly) and of
@@ -195,7 +174,24 @@ void expectEveryPairLikeColorconvert()
     }
 }
 
-using Images = SdkTest;
+/// The fixture of conversions with and without tables.
+class Tables : public SdkTest {
+protected:
+    /// Loads a config without "sRGB" of "lin", "linear" (an identity here) and "curve" (the sRGB curve), "lut" (a 1D
+    /// LUT file), "scaled" (a matrix of a factor a channel, one negative) and "mixed" (a matrix with crosstalk).
+    void loadTableConfig()
+    {
+        env.dir().write("curve.spi1d", "Version 1\nFrom 0 1\nLength 5\nComponents 1\n{\n0\n0.3\n0.45\n0.8\n1\n}\n");
+        loadConfig(ocioConfig({"lin", "linear", "curve"}, {"curve"}, "search_path: .\n") + R"(
+  - !<ColorSpace> {name: lut, from_scene_reference: !<FileTransform> {src: curve.spi1d}}
+  - !<ColorSpace> {name: scaled, from_scene_reference: !<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1]}}
+  - !<ColorSpace> {name: mixed, from_scene_reference: !<MatrixTransform> {matrix: [0.6, 0.3, 0.1, 0, 0.2, 0.7, 0.1, 0, 0.1, 0.1, 0.8, 0, 0, 0, 0, 1]}}
+)",
+                   "tables.ocio");
+    }
+};
+
+using Images = Tables;
 
 TEST_F(Images, ConversionsGiveColorconvertsBytes)
 {
@@ -204,14 +200,7 @@ TEST_F(Images, ConversionsGiveColorconvertsBytes)
     for (std::size_t i = 0; i < std::size(pairs); i += 2) {
         expectLikeColorconvert(pairs[i], pairs[i + 1]);
     }
-    // Channel crosstalk (no tables possible), curves and scales per channel.
-    std::string const matrices = R"(
-  - !<ColorSpace> {name: mixed, to_scene_reference: !<MatrixTransform>
-      {matrix: [0.6, 0.3, 0.1, 0, 0.2, 0.7, 0.1, 0, 0.1, 0.1, 0.8, 0, 0, 0, 0, 1]}}
-  - !<ColorSpace> {name: scaled, to_scene_reference: !<MatrixTransform>
-      {matrix: [2, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 1.5, 0, 0, 0, 0, 1]}}
-)";
-    loadConfig(ocioConfig({"lin", "curve"}, {"curve"}) + matrices, "mix.ocio");
+    loadTableConfig();
     expectEveryPairLikeColorconvert();
     // Tables only where each output byte depends on its own input byte alone.
     for (auto const& [from, to, tables] : {std::tuple{"lin", "curve", true},
@@ -222,11 +211,7 @@ TEST_F(Images, ConversionsGiveColorconvertsBytes)
         EXPECT_EQ(lookup.build(*colorConfig().createColorProcessor(from, to, "", "")), tables) << from << " -> " << to;
     }
     // A real config of LUT files, when the shared folder is there.
-    char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
-    std::string const real = std::string(root != nullptr ? root : "") + "/imageworks-nuke-default/config.ocio";
-    if (root != nullptr && std::filesystem::is_regular_file(real)) {
-        std::string const file = std::filesystem::canonical(real).string();
-        ASSERT_EQ(load(file), "Using specified OCIO config: " + file);
+    if (loadShared("imageworks-nuke-default/config.ocio")) {
         expectEveryPairLikeColorconvert();
     }
     EXPECT_EQ(log.lines(), Lines{});
@@ -239,37 +224,20 @@ TEST_F(Images, FailuresAndShortcutsLeaveThePixelsAlone)
     Image const image = Image::create(32, 8);
     std::fill(image.rgba8(), image.rgba8() + 256, Rgba8{200, 100, 50, 25});
     Bytes const before = bytesOf(image.rgba8(), 256);
-    char const* const cases[][3] = {// equal names after the "sRGB" default need no conversion
-                                    {"", "", ""},
-                                    {"", "sRGB", ""},
-                                    {"sRGB", "", ""},
-                                    {"linear", "linear", ""},
-                                    {"nope", "nope", ""},
-                                    {"linear", "\x01sRGB", "Cannot convert from 'linear' to '\x01sRGB'."},
-                                    {"", "nope", "Cannot convert from 'sRGB' to 'nope'."},
-                                    {"sRGB", "Rec709", "Cannot convert from 'sRGB' to 'Rec709'."}};
-    for (auto const& c : cases) {
-        log.clear();
-        EXPECT_EQ(ColorConfig::transform(image, c[0], c[1]), *c[2] == '\0') << c[0] << " -> " << c[1];
-        EXPECT_EQ(log.lines(), *c[2] != '\0' ? Lines{c[2]} : Lines{});
+    // Equal names after the "sRGB" default need no conversion.
+    for (auto const& [from, to] :
+         {std::pair{"", ""}, {"", "sRGB"}, {"sRGB", ""}, {"linear", "linear"}, {"nope", "nope"}}) {
+        EXPECT_TRUE(ColorConfig::transform(image, from, to)) << from << " -> " << to;
     }
+    for (auto const& [from, to] : {std::pair{"linear", "\x01sRGB"}, {"", "nope"}, {"sRGB", "Rec709"}}) {
+        EXPECT_FALSE(ColorConfig::transform(image, from, to)) << from << " -> " << to;
+    }
+    EXPECT_EQ(log.lines(), (Lines{"Cannot convert from 'linear' to '\x01sRGB'.",
+                                  "Cannot convert from 'sRGB' to 'nope'.", "Cannot convert from 'sRGB' to 'Rec709'."}));
     EXPECT_EQ(bytesOf(image.rgba8(), 256), before);
     // Images without pixels: nothing to convert (colorconvert would die on a width of 0).
     EXPECT_TRUE(ColorConfig::transform(Image::create(0, 5), "linear", "sRGB"));
     EXPECT_TRUE(ColorConfig::transform(Image::create(5, 0), "sRGB", "linear"));
-}
-
-/// A buffer of `width` × `height` pixels of T, its floats spread over [-0.1, 1.3].
-template <class T>
-Vector2d<T, true> makeBuffer(std::uint32_t width, std::uint32_t height)
-{
-    Vector2d<T, true> buffer;
-    buffer.allocate(width, height);
-    auto* values = reinterpret_cast<float*>(buffer.data);
-    for (std::size_t i = 0; i < std::size_t{buffer.count} * sizeof(T) / sizeof(float); ++i) {
-        values[i] = static_cast<float>(i * 37 % 141) / 100.0f - 0.1f;
-    }
-    return buffer;
 }
 
 /// `rgb` bytes with an opaque alpha byte after each pixel's three.
@@ -282,7 +250,7 @@ Bytes withOpaqueAlpha(Bytes const& rgb)
     return out;
 }
 
-using Buffers = SdkTest;
+using Buffers = Tables;
 
 /// Fills `count` floats at `out` with `values`, then special values (NaNs,
 /// infinities, signed zeros, denormals, huge and negative values), then
@@ -302,6 +270,16 @@ void fillFloats(float* out, std::size_t count, std::vector<float> const& values)
     }
 }
 
+/// A buffer of `width` × `height` pixels of T, its bytes those of fillFloats with `values`.
+template <class T>
+Vector2d<T, true> filled(std::uint32_t width, std::uint32_t height, std::vector<float> const& values = {})
+{
+    Vector2d<T, true> buffer;
+    buffer.allocate(width, height);
+    fillFloats(reinterpret_cast<float*>(buffer.data), std::size_t{buffer.count} * sizeof(T) / sizeof(float), values);
+    return buffer;
+}
+
 /// The three buffer transforms from "linear" into `name` ("" means "sRGB")
 /// on `width` × `height` pixels holding, when that is enough for the tables,
 /// each of their steps ±2 units in the last place, then what fillFloats adds, every value beside others in
@@ -315,6 +293,7 @@ void expectBuffersLikeColorconvert(char const* name, std::uint32_t width, std::u
                                    std::optional<bool> fast)
 {
     std::string const to = *name != '\0' ? name : "sRGB";
+    SCOPED_TRACE(to);
     int const w = int(width), h = int(height);
     auto const direct = [&to](float3 const* source, Rgba8* destination, std::uint32_t count) {
         Bytes const bytes = reference(source, int(count), 1, "linear", to, 3, OIIO::TypeDesc::UINT8);
@@ -324,12 +303,12 @@ void expectBuffersLikeColorconvert(char const* name, std::uint32_t width, std::u
         return true;
     };
     OIIO::ColorProcessorHandle const processor = colorConfig().createColorProcessor("linear", to, "", "");
-    ASSERT_TRUE(processor) << to;
+    ASSERT_TRUE(processor);
     detail::FloatRgba8Lookup lookup;
     bool const built = lookup.build(*processor, direct);
-    EXPECT_EQ(built, fast.value_or(built)) << to;
+    EXPECT_EQ(built, fast.value_or(built));
     if (fast == true) {
-        EXPECT_NE(detail::floatRgba8Lookup(processor), nullptr) << to;
+        EXPECT_NE(detail::floatRgba8Lookup(processor), nullptr);
         EXPECT_THAT(
             (std::vector{detail::appliesLikeColorconvert(processor, 3), detail::appliesLikeColorconvert(processor, 4)}),
             Each(true));
@@ -341,75 +320,44 @@ void expectBuffersLikeColorconvert(char const* name, std::uint32_t width, std::u
         values.insert(values.end(),
                       {std::nextafter(below, -INFINITY), below, step, above, std::nextafter(above, INFINITY)});
     }
-    Vector2d<float3, true> source, rgb;
-    Vector2d<float4, true> rgba;
-    Vector2d<Rgba8, true> bytes, placed;
-    source.allocate(width, height);
-    rgb.allocate(width, height);
-    rgba.allocate(width, height);
-    placed.allocate(width, height);
+    Vector2d<float3, true> const source = filled<float3>(width, height, values);
+    Vector2d<float3, true> rgb = filled<float3>(width, height);
+    Vector2d<float4, true> rgba = filled<float4>(width, height, values);
+    Vector2d<Rgba8, true> bytes, placed = filled<Rgba8>(width, height);
     Rgba8* const storage = placed.data;
-    fillFloats(&source.data->r, 3 * std::size_t{source.count}, values);
-    fillFloats(&rgba.data->r, 4 * std::size_t{rgba.count}, values);
     Bytes const want8 = withOpaqueAlpha(reference(source.data, w, h, "linear", to, 3, OIIO::TypeDesc::UINT8));
+    Bytes const want3 = reference(source.data, w, h, "linear", to, 3, OIIO::TypeDesc::FLOAT);
     Bytes const want4 = reference(rgba.data, w, h, "linear", to, 4, OIIO::TypeDesc::FLOAT);
-    EXPECT_TRUE(colorConfigGenerateRgba8(source, bytes, name)) << to;
-    EXPECT_TRUE(colorConfigGenerateRgba8(source, placed, name)) << to;
-    EXPECT_TRUE(colorConfigTransformRgb(source, rgb, name)) << to;
-    EXPECT_TRUE(colorConfigTransformRgb(rgba, name)) << to;
+    EXPECT_THAT((std::vector<bool>{colorConfigGenerateRgba8(source, bytes, name),
+                                   colorConfigGenerateRgba8(source, placed, name),
+                                   colorConfigTransformRgb(source, rgb, name), colorConfigTransformRgb(rgba, name)}),
+                Each(true));
     EXPECT_THAT(std::tuple(bytes.width, bytes.height, placed.data), FieldsAre(width, height, storage));
-    EXPECT_EQ(bytesOf(bytes.data, bytes.count), want8) << to;
-    EXPECT_EQ(bytesOf(placed.data, placed.count), want8) << to;
-    EXPECT_EQ(bytesOf(rgb.data, rgb.count), reference(source.data, w, h, "linear", to, 3, OIIO::TypeDesc::FLOAT)) << to;
-    EXPECT_EQ(bytesOf(rgba.data, rgba.count), want4) << to;
+    EXPECT_EQ(bytesOf(bytes.data, bytes.count), want8);
+    EXPECT_EQ(bytesOf(placed.data, placed.count), want8);
+    EXPECT_EQ(bytesOf(rgb.data, rgb.count), want3);
+    EXPECT_EQ(bytesOf(rgba.data, rgba.count), want4);
 }
 
-TEST_F(Buffers, SmallBuffersGiveColorconvertsBits)
+// Small buffers take colorconvert, large ones the fast routes where they give its bits.
+TEST_F(Buffers, SmallAndLargeBuffersGiveColorconvertsBitsForEveryFloat)
 {
     for (char const* name : {"sRGB", "Rec709", "linear", ""}) {
         expectBuffersLikeColorconvert(name, 13, 7, std::nullopt);
+        expectBuffersLikeColorconvert(name, 1024, 1024, true);
     }
-    // A config without "sRGB": the empty name still means it, and OpenImageIO
-    // still has a processor for it.
-    loadConfig(ocioConfig({"linear", "srgb_tex"}, {"srgb_tex"}), "buffers.ocio");
-    for (char const* name : {"srgb_tex", "linear", ""}) { // "linear" is an identity here
-        expectBuffersLikeColorconvert(name, 13, 7, std::nullopt);
-    }
-    EXPECT_EQ(log.lines(), Lines{});
-}
-
-TEST_F(Buffers, FastRoutesGiveColorconvertsBitsForEveryFloat)
-{
-    for (char const* to : {"sRGB", "Rec709", "linear"}) {
-        expectBuffersLikeColorconvert(to, 1024, 1024, true);
-    }
-    // A 1D LUT, a curve, a matrix without and one with crosstalk.
-    std::string lut = "Version 1\nFrom 0 1\nLength 5\nComponents 1\n{\n";
-    for (char const* entry : {"0", "0.3", "0.45", "0.8", "1"}) {
-        lut += std::string(entry) + "\n";
-    }
-    env.dir().write("curve.spi1d", lut + "}\n");
-    loadConfig(ocioConfig({"linear", "curve"}, {"curve"}, "search_path: .\n") + R"(
-  - !<ColorSpace> {name: lut, from_scene_reference: !<FileTransform> {src: curve.spi1d}}
-  - !<ColorSpace> {name: scaled, from_scene_reference: !<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1]}}
-  - !<ColorSpace> {name: mixed, from_scene_reference: !<MatrixTransform> {matrix: [0.6, 0.3, 0.1, 0, 0.2, 0.7, 0.1, 0, 0.1, 0.1, 0.8, 0, 0, 0, 0, 1]}}
-)",
-               "tables.ocio");
+    // A config without "sRGB": the empty name still means it, and OpenImageIO still has a processor for it.
+    loadTableConfig();
     for (auto const& [to, tables] : {std::pair{"lut", true}, {"curve", true}, {"scaled", false}, {"mixed", false}}) {
         expectBuffersLikeColorconvert(to, 1024, 1024, tables);
     }
+    for (char const* name : {"curve", "linear", ""}) {
+        expectBuffersLikeColorconvert(name, 13, 7, std::nullopt);
+    }
     // Every colour space of each real config in the shared folder.
-    char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
-    for (char const* config : {"/imageworks-nuke-default/config.ocio",
-                               "/aces-cg-config-v1.0.0_aces-v1.3_ocio-v2.1/cg-config-v1.0.0_aces-v1.3_ocio-v2.1.ocio",
-                               "/ocio-v2-demo/ocio-v2_demo.ocio", "/ocio-test-context_test1/config.ocio"}) {
-        std::string const path = std::string(root != nullptr ? root : "") + config;
-        if (root == nullptr || !std::filesystem::is_regular_file(path)) {
-            continue;
-        }
-        std::string const file = std::filesystem::canonical(path).string();
-        ASSERT_EQ(load(file), "Using specified OCIO config: " + file);
-        for (std::string const& to : texts(ColorConfig::colorSpaces())) {
+    for (char const* config : {"imageworks-nuke-default/config.ocio", kCgConfig, "ocio-v2-demo/ocio-v2_demo.ocio",
+                               "ocio-test-context_test1/config.ocio"}) {
+        for (std::string const& to : loadShared(config) ? texts(ColorConfig::colorSpaces()) : Names{}) {
             if (colorConfig().createColorProcessor("linear", to, "", "")) {
                 expectBuffersLikeColorconvert(to.c_str(), 1024, 1024, std::nullopt);
             }
@@ -443,35 +391,27 @@ TEST_F(Buffers, TablesAreRefusedWhereTheyWouldNotGiveTheDirectRoutesBytes)
     while (scaled(std::nextafter(top, 0.0f) * 0.5f) == 255) {
         top = std::nextafter(top, 0.0f);
     }
-    std::pair<detail::Rgba8Route, bool> const cases[] = {
-        {routeOf(good), true},
-        {routeOf(good, false), false},
-        {routeOf([&](float3 const& p, int c) { return std::signbit(p.b) && std::isnan(p.b) ? 9 : good(p, c); }), false},
-        {routeOf(
-             [&](float3 const& p, int c) { return channel(p, c) > 0.3f && channel(p, c) < 0.31f ? 0 : good(p, c); }),
-         false},
-        {routeOf([&](float3 const& p, int c) { return scaled(1.0f - channel(p, c)); }), false},
-        {routeOf([&](float3 const& p, int c) { return c == 0 ? scaled((p.r + p.g) / 2) : good(p, c); }), false},
+    float const belowTop = std::nextafter(std::nextafter(top, 0.0f), 0.0f);
+    // Routes whose bytes are no curve a channel somewhere.
+    std::function<std::uint8_t(float3 const&, int)> const wrong[] = {
+        [&](float3 const& p, int c) { return std::signbit(p.b) && std::isnan(p.b) ? 9 : good(p, c); },
+        [&](float3 const& p, int c) { return channel(p, c) > 0.3f && channel(p, c) < 0.31f ? 0 : good(p, c); },
+        [&](float3 const& p, int c) { return scaled(1.0f - channel(p, c)); },
+        [&](float3 const& p, int c) { return c == 0 ? scaled((p.r + p.g) / 2) : good(p, c); },
         // One value two units in the last place below green's last step.
-        {routeOf([&](float3 const& p, int c) {
-             return c == 1 && p.g == std::nextafter(std::nextafter(top, 0.0f), 0.0f) ? 255 : good(p, c);
-         }),
-         false},
-    };
+        [&](float3 const& p, int c) { return c == 1 && p.g == belowTop ? 255 : good(p, c); }};
     OIIO::ColorProcessorHandle const processor = colorConfig().createColorProcessor("linear", "sRGB", "", "");
-    for (std::size_t i = 0; i < std::size(cases); ++i) {
-        detail::FloatRgba8Lookup lookup;
-        EXPECT_EQ(lookup.build(*processor, cases[i].first), cases[i].second) << "case " << i;
+    for (std::size_t i = 0; i < std::size(wrong); ++i) {
+        EXPECT_FALSE(detail::FloatRgba8Lookup().build(*processor, routeOf(wrong[i]))) << "case " << i;
     }
+    EXPECT_FALSE(detail::FloatRgba8Lookup().build(*processor, routeOf(good, false)));
     // The good curve's tables give its bytes, its steps where it has them.
     detail::FloatRgba8Lookup lookup;
     ASSERT_TRUE(lookup.build(*processor, routeOf(good)));
     std::vector<float> const steps = lookup.thresholds();
     ASSERT_EQ(steps.size(), 3u * 255u);
     EXPECT_EQ(steps[2 * 255 - 1], top);
-    Vector2d<float3, true> source;
-    source.allocate(64, 64);
-    fillFloats(&source.data->r, 3 * 64 * 64, steps);
+    Vector2d<float3, true> const source = filled<float3>(64, 64, steps);
     std::vector<Rgba8> mine(64 * 64), theirs(64 * 64, Rgba8{0, 0, 0, 255});
     lookup.apply(source.data, mine.data(), mine.size());
     routeOf(good)(source.data, theirs.data(), 64 * 64);
@@ -482,37 +422,36 @@ TEST_F(Buffers, FailuresChangeNoColour)
 {
     // Sizes other than the source's, or without pixels: false, and the
     // destinations keep their storage and values.
-    Vector2d<float3, true> source = makeBuffer<float3>(13, 7);
+    Vector2d<float3, true> source = filled<float3>(13, 7);
     Bytes const sourceBytes = bytesOf(source.data, source.count);
     using Size = std::pair<std::uint32_t, std::uint32_t>;
     for (auto const& [w, h] : {Size{5, 5}, Size{13, 8}, Size{14, 7}, Size{7, 13}, Size{0, 7}, Size{13, 0}}) {
-        Vector2d<Rgba8, true> rgba8;
-        rgba8.allocate(w, h);
+        Vector2d<Rgba8, true> rgba8 = filled<Rgba8>(w, h);
         Rgba8* const storage = rgba8.data;
-        Vector2d<float3, true> rgb = makeBuffer<float3>(w, h);
-        Vector2d<float4, true> rgba = makeBuffer<float4>(w, h);
+        Vector2d<float3, true> rgb = filled<float3>(w, h);
+        Vector2d<float4, true> rgba = filled<float4>(w, h);
         EXPECT_THAT((std::vector<bool>{colorConfigGenerateRgba8(source, rgba8, "sRGB"),
                                        colorConfigTransformRgb(source, rgb, "sRGB"),
                                        colorConfigTransformRgb(rgb, source, "sRGB")}),
                     Each(false));
         EXPECT_EQ(colorConfigTransformRgb(rgba, "sRGB"), w * h != 0);
         EXPECT_THAT(std::tuple(rgba8.data, rgba8.width, rgba8.height), FieldsAre(storage, w, h));
-        EXPECT_EQ(bytesOf(rgb.data, rgb.count), bytesOf(makeBuffer<float3>(w, h).data, rgb.count));
+        EXPECT_EQ(bytesOf(rgb.data, rgb.count), bytesOf(filled<float3>(w, h).data, rgb.count));
     }
     EXPECT_EQ(log.lines(), Lines{});
     // No processor: one line each; the colours stay, the alpha bytes become 255.
     Vector2d<Rgba8, true> rgba8;
     rgba8.allocate(13, 7);
     std::fill(rgba8.data, rgba8.data + rgba8.count, Rgba8{9, 9, 9, 4});
-    Vector2d<float3, true> rgb = makeBuffer<float3>(13, 7);
-    Vector2d<float4, true> rgba = makeBuffer<float4>(13, 7);
+    Vector2d<float3, true> rgb = filled<float3>(13, 7);
+    Vector2d<float4, true> rgba = filled<float4>(13, 7);
     EXPECT_THAT(
         (std::vector<bool>{colorConfigGenerateRgba8(source, rgba8, "nope"),
                            colorConfigTransformRgb(source, rgb, "Rec 709"), colorConfigTransformRgb(rgba, "lin")}),
         Each(false));
     EXPECT_EQ(bytesOf(rgba8.data, 91), withOpaqueAlpha(Bytes(13 * 7 * 3, 9)));
     EXPECT_EQ(bytesOf(rgb.data, rgb.count), sourceBytes);
-    EXPECT_EQ(bytesOf(rgba.data, rgba.count), bytesOf(makeBuffer<float4>(13, 7).data, 91));
+    EXPECT_EQ(bytesOf(rgba.data, rgba.count), bytesOf(filled<float4>(13, 7).data, 91));
     EXPECT_EQ(log.lines(),
               (Lines{"Cannot convert from 'linear' to 'nope'.", "Cannot convert from 'linear' to 'Rec 709'.",
                      "Cannot convert from 'linear' to 'lin'."}));

@@ -62,20 +62,9 @@ displays: {Monitor: [!<View> {name: Film, colorspace: lin}, !<View> {name: Raw, 
     EXPECT_EQ(views().find("Monitor")->size(), 2u);
     // The rules in order (extension rules ignore case), then, when only the
     // Default rule answers ("default"), the name search and the extension.
-    char const* const cases[][3] = {// name, guess with fallback, without
-                                    {"tex.png", "srgb_tex", "srgb_tex"},
-                                    {"dir/t.PNG", "srgb_tex", "srgb_tex"},
-                                    {"plate.png", "srgb_tex", "srgb_tex"},
-                                    {"shot_plate_v1.exr", "raw", "raw"},
-                                    {"a/plate/b.jpg", "raw", "raw"},
-                                    {"beauty.exr", "linear", ""},
-                                    {"beauty.jpg", "sRGB", ""},
-                                    {"beauty_srgb_tex.exr", "srgb_tex", "srgb_tex"},
-                                    {"", "linear", ""}};
-    for (auto const& c : cases) {
-        EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], true).buf(), c[1]) << c[0];
-        EXPECT_STREQ(ColorConfig::parseColorSpace(c[0], false).buf(), c[2]) << c[0];
-    }
+    expectParsed({"tex.png", "dir/t.PNG", "plate.png", "beauty_srgb_tex.exr"}, "srgb_tex", "srgb_tex");
+    expectParsed({"shot_plate_v1.exr", "a/plate/b.jpg"}, "raw", "raw");
+    expectParsed({"beauty.jpg"}, "sRGB", "");
     // The rules stay OpenColorIO's; the name search follows the reset.
     ColorConfig::loadOcioConfig(env.dir().write("other.ocio", ocioConfig({"alpha", "beta"})).c_str());
     EXPECT_STREQ(ColorConfig::parseColorSpace("tex.png", false).buf(), "srgb_tex");

@@ -1,9 +1,10 @@
 #pragma once
 // The fixture of the toolkit's tests and the program's: a clean environment
 // (ModuleEnv) where no configuration is found unless the test adds one, the
-// toolkit's configuration loaded through it, and the sample configuration
-// most tests share.
+// toolkit's configuration loaded through it, the sample configuration most
+// tests share, and the image helpers.
 
+#include "support/images.h"
 #include "support/module_env.h"
 
 #include <gmock/gmock.h>
@@ -12,15 +13,28 @@
 
 namespace verra_test {
 
+namespace kit = orv::verra_sdk::kit;
+using namespace ::testing;
+
 class KitTest : public ::testing::Test {
 protected:
     /// Starts every test from the built-in colour spaces.
-    void SetUp() override { ASSERT_THAT(load("").errors, ::testing::IsEmpty()); }
+    void SetUp() override { ASSERT_THAT(load("").errors, IsEmpty()); }
 
     /// `kit::loadConfig(requested)`.
     static orv::verra_sdk::kit::ConfigStatus load(std::string const& requested)
     {
         return orv::verra_sdk::kit::loadConfig(requested);
+    }
+
+    /// Loads the shared config `relative` (see sharedFile); gives its path, or "" when it is not there.
+    static std::string loadShared(std::string const& relative)
+    {
+        std::string const file = sharedFile(relative);
+        if (!file.empty()) {
+            EXPECT_THAT(load(file).errors, IsEmpty()) << file;
+        }
+        return file;
     }
 
     /// The path of `name` in the test's folder.
@@ -62,6 +76,17 @@ colorspaces:
         - !<BuiltinTransform> {style: "ACES-OUTPUT - ACES2065-1_to_CIE-XYZ-D65 - SDR-VIDEO_1.0"}
         - !<ExponentWithLinearTransform> {gamma: 2.4, offset: 0.055, direction: inverse}
 )" + extra);
+    }
+
+    /// sampleConfig with the space "shot", which reads $SHOT.spi1d, written with a.spi1d (which halves) and
+    /// b.spi1d (which doubles).
+    std::string shotConfig() const
+    {
+        for (auto const& [name, top] : {std::pair{"a.spi1d", "0.5"}, {"b.spi1d", "2"}}) {
+            m_env.dir().write(name, std::string("Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n") + top + "\n}\n");
+        }
+        return sampleConfig("  - !<ColorSpace> {name: shot, to_scene_reference: !<FileTransform> "
+                            "{src: $SHOT.spi1d, interpolation: linear}}\n");
     }
 
     ModuleEnv m_env;

@@ -85,6 +85,15 @@ inline std::vector<std::uint64_t> bits(Color const& color)
     return out;
 }
 
+/// Expects the colour space of each file of `names` to be `with` with the fallback, `without` without it.
+inline void expectParsed(std::vector<char const*> const& names, char const* with, char const* without)
+{
+    for (char const* name : names) {
+        EXPECT_STREQ(orv::verra_sdk::ColorConfig::parseColorSpace(name, true).buf(), with) << name;
+        EXPECT_STREQ(orv::verra_sdk::ColorConfig::parseColorSpace(name, false).buf(), without) << name;
+    }
+}
+
 /// The fixture of the module's tests: the environment above, the module reset
 /// to its built-in colour spaces before each test, and the error log captured.
 class SdkTest : public ::testing::Test {
@@ -107,6 +116,16 @@ protected:
     {
         std::string const path = env.dir().write(name, yaml);
         EXPECT_EQ(load(path), "Using specified OCIO config: " + path);
+    }
+
+    /// Loads the shared config `relative` (see sharedFile); false when it is not there.
+    static bool loadShared(std::string const& relative)
+    {
+        std::string const file = sharedFile(relative);
+        if (!file.empty()) {
+            EXPECT_EQ(load(file), "Using specified OCIO config: " + file);
+        }
+        return !file.empty();
     }
 
     ModuleEnv env;

@@ -77,6 +77,18 @@ private:
     std::string m_path;
 };
 
+/// `relative` in the folder of real configs written by others ($VERRA_SHARED_CONFIGS), canonical; "" when it is not
+/// there, and the tests that need it skip.
+inline std::string sharedFile(std::string const& relative)
+{
+    char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
+    std::filesystem::path const path = std::filesystem::path(root != nullptr ? root : "/nonexistent") / relative;
+    return std::filesystem::is_regular_file(path) ? std::filesystem::canonical(path).string() : "";
+}
+
+/// The ACES CG config of that folder.
+constexpr char const* kCgConfig = "aces-cg-config-v1.0.0_aces-v1.3_ocio-v2.1/cg-config-v1.0.0_aces-v1.3_ocio-v2.1.ocio";
+
 /// Records every line of orv::logError while it lives; then restores the previous sink.
 class LogCapture {
 public:

@@ -10,10 +10,7 @@ using ToolCli = ToolTest;
 TEST_F(ToolCli, UsageErrorsExitWithTwoAndNameTheHelpToRead)
 {
     // The words, the error, and the subcommand whose help the hint names.
-    struct Case {
-        Words words;
-        char const *error, *help;
-    } const cases[] = {
+    std::tuple<Words, char const*, char const*> const cases[] = {
         {{}, "A subcommand is required", ""},
         {{"bogus"}, "unknown subcommand 'bogus'", ""},
         {{"info", "--bogus"}, "The following argument was not expected: --bogus", "info "},
@@ -27,9 +24,10 @@ TEST_F(ToolCli, UsageErrorsExitWithTwoAndNameTheHelpToRead)
          "--frames: malformed frame range '1-x' (examples: 1001-1100, 1001-1100x2, 1001,1005,1010-1020)",
          "preview "},
     };
-    for (Case const& c : cases) {
-        std::string const hint = "Run 'colorconfig " + std::string(c.help) + "--help' for more.\n";
-        EXPECT_EQ(run(c.words), Outcome(2, "", "colorconfig: error: " + std::string(c.error) + "\n" + hint));
+    for (auto const& [words, error, help] : cases) {
+        EXPECT_EQ(run(words), Outcome(2, "",
+                                      "colorconfig: error: " + std::string(error) + "\nRun 'colorconfig " + help +
+                                          "--help' for more.\n"));
     }
 }
 

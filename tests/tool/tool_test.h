@@ -5,7 +5,6 @@
 // test adds one.
 
 #include "cli.h"
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <sys/wait.h>
@@ -14,7 +13,6 @@
 
 namespace verra_test {
 
-using namespace ::testing;
 namespace Strutil = OIIO::Strutil;
 using Words = std::vector<std::string>;
 
