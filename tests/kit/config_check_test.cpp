@@ -7,8 +7,6 @@
 namespace verra_test {
 namespace {
 
-using namespace orv::verra_sdk;
-using namespace ::testing;
 using CheckConfig = KitTest;
 
 /// A failure of `what` whose reason names the missing `file`.

@@ -5,8 +5,6 @@
 namespace verra_test {
 namespace {
 
-using namespace orv::verra_sdk;
-using namespace ::testing;
 using LoadConfig = KitTest;
 
 TEST_F(LoadConfig, NamesWhereAConfigNotFoundWasSet)

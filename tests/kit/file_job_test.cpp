@@ -1,6 +1,5 @@
 // Tests of verra_sdk/kit/file_job.h.
 
-#include "support/images.h"
 #include "support/kit_env.h"
 
 #include <verra_sdk/kit/color_channels.h>
@@ -11,11 +10,6 @@
 namespace verra_test {
 namespace {
 
-namespace kit = orv::verra_sdk::kit;
-using ::testing::ElementsAre;
-using ::testing::FloatNear;
-using ::testing::Pointwise;
-using T = OIIO::TypeDesc;
 using FileJob = KitTest;
 
 TEST_F(FileJob, ColourWithAlphaConvertsAsOiiotoolDoesBetweenFormats)

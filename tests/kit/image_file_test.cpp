@@ -12,7 +12,6 @@
 namespace verra_test {
 namespace {
 
-using T = OIIO::TypeDesc;
 using ImageFile = KitTest;
 
 TEST_F(ImageFile, FormatsFollowTheExtension)

@@ -7,8 +7,6 @@
 namespace verra_test {
 namespace {
 
-using namespace orv::verra_sdk;
-using namespace ::testing;
 using ConversionProblem = KitTest;
 
 TEST_F(ConversionProblem, NamesTheFileOnlyForTheConversionsThatNeedIt)

@@ -42,7 +42,6 @@ def test_check_is_the_programs(config, name):
     ("parse_color_space", ("a.PNG",), "sRGB"),
     ("closest_color_spaces", ("srgb_te",), ["srgb_tex"]),
     ("color_route", ("lin", "srgb_tex"), "processor"),
-    ("color_route", ("nope", "lin"), "none"),
 ])
 def test_names(config, call, args, expected):
     config()

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <filesystem>
 
-using namespace orv::verra_sdk;
 using namespace verra_test;
 namespace stdfs = std::filesystem;
 
@@ -32,8 +31,8 @@ TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
                                                           {"{H}", dir + "/home/b.ocio"},
                                                           {"{M}", dir + "/nowhere/missing.ocio"},
                                                           {"{T}", env.ocioTxt()},
-                                                          {"{D}", dir},
-                                                          {"{V}", std::string(10000, 'V')}};
+                                                          {"{D}", dir}};
+
     auto const expand = [&](std::string text) {
         for (auto const& [token, value] : tokens) {
             text = OIIO::Strutil::replace(text, token, value, true);
@@ -53,7 +52,6 @@ TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
         {"{A}", "{B}", "{C}", "{B}", "Using specified OCIO config: {A}", "from_a", "argument path"},
         {"{D}/b/../link//config.ocio", no, no, no, "Using specified OCIO config: {A}", "from_a", "argument path"},
         {"{M}", no, no, no, "'{M}' env var not set, will use built-in color spaces.", "", "built-ins"},
-        {"${V}", no, no, no, "'{V}' env var not set, will use built-in color spaces.", "", "built-ins"},
         {"$", no, no, no, "The specified OCIO config file was not found: $", "", "built-ins"},
         {"VERRA_TEST_CFG", no, no, "{B}", byVar, "from_b", "argument variable"},
         {"$VERRA_TEST_CFG", "{A}", "{C}", "{B}", byVar, "from_b", "argument variable"},
@@ -69,10 +67,7 @@ TEST_F(Discovery, EachSourceInItsOrderWithItsReport)
         {"$VERRA_TEST_CFG", no, "{M}3", "{M}", noVar, "", "built-ins"},
         // Each source may start at the home directory.
         {"~/b.ocio", no, no, no, "Using specified OCIO config: {H}", "from_b", "argument path"},
-        {"VERRA_TEST_CFG", no, no, "~/b.ocio", "Using {H} according to the 'VERRA_TEST_CFG' env var.", "from_b",
-         "argument variable"},
         {"", "~/b.ocio\n", no, no, "Using OCIO config {H} according to {T}.", "from_b", "ocio.txt"},
-        {"", no, "~/b.ocio", no, "Using {H} according to the 'OCIO' env var.", "from_b", "OCIO variable"},
     };
     EnvGuard const variable("VERRA_TEST_CFG");
     for (auto const& c : cases) {

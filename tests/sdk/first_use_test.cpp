@@ -8,7 +8,6 @@
 #include <OpenColorIO/OpenColorIO.h>
 
 namespace OCIO = OCIO_NAMESPACE;
-using namespace orv::verra_sdk;
 using namespace verra_test;
 
 namespace {

@@ -15,6 +15,7 @@ namespace verra_test {
 
 namespace kit = orv::verra_sdk::kit;
 using namespace ::testing;
+using T = OIIO::TypeDesc;
 
 class KitTest : public ::testing::Test {
 protected:

@@ -17,6 +17,8 @@
 
 namespace verra_test {
 
+using namespace orv::verra_sdk;
+
 using Names = std::vector<std::string>;
 using Lines = std::vector<std::string>;
 using Color = orv::math::RgbaT<double>;

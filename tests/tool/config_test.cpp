@@ -48,34 +48,16 @@ TEST_F(ToolConfig, AMissingLutIsAWarningAndFailsOnlyTheConversionsThatNeedIt)
               Outcome(1, "", "colorconfig: error: cannot convert from 'lin' to 'film': " + missing + "\n"));
 }
 
-TEST_F(ToolConfig, ContextOfCheckAndInfoActsAsTheEnvironment)
+TEST_F(ToolConfig, ContextOfCheckSetsTheFilesItFinds)
 {
-    // The space "shot" reads $SHOT.spi1d; only a.spi1d exists.
-    m_env.dir().write("a.spi1d", "Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n0.5\n}\n");
-    std::vector<Words> configs{{sampleConfig("  - !<ColorSpace> {name: shot, to_scene_reference: "
-                                             "!<FileTransform> {src: $SHOT.spi1d, interpolation: linear}}\n"),
-                                "a", "c"}};
-    char const* const root = std::getenv("VERRA_SHARED_CONFIGS");
-    std::string const shared = std::string(root != nullptr ? root : "") + "/ocio-test-context_test1/config.ocio";
-    if (root != nullptr && std::filesystem::is_regular_file(shared)) {
-        configs.push_back({shared, "shot1", "shot2"});
-    }
-    for (Words const& args : configs) {
-        for (std::string const command : {"check", "info"}) {
-            std::string const line = "\"$1\" " + command + " --json --config \"$2\" ";
-            for (std::size_t shot = 1; shot < args.size(); ++shot) {
-                EXPECT_EQ(shell(line + "--context SHOT=" + args[shot], {args[0]}),
-                          shell("SHOT=" + args[shot] + " " + line, {args[0]}))
-                    << command << " " << args[shot];
-            }
-        }
-    }
+    // The space "shot" reads $SHOT.spi1d; only a.spi1d and b.spi1d exist.
+    std::string const config = shotConfig();
     // Without the variable, or with one naming no file, the space fails; with SHOT=a it works (OpenColorIO's
     // validation refuses a context variable whatever its value).
     std::string const check = "\"$1\" check --config \"$2\" ";
-    EXPECT_THAT(shell(check, {configs[0][0]}), FieldsAre(1, _, HasSubstr("'$SHOT.spi1d' could not be located")));
-    EXPECT_THAT(shell(check + "--context SHOT=c", {configs[0][0]}), FieldsAre(1, _, HasSubstr("c.spi1d")));
-    EXPECT_THAT(shell(check + "--context SHOT=a", {configs[0][0]}),
+    EXPECT_THAT(shell(check, {config}), FieldsAre(1, _, HasSubstr("'$SHOT.spi1d' could not be located")));
+    EXPECT_THAT(shell(check + "--context SHOT=c", {config}), FieldsAre(1, _, HasSubstr("c.spi1d")));
+    EXPECT_THAT(shell(check + "--context SHOT=a", {config}),
                 FieldsAre(1, HasSubstr("Colour spaces that fail: 0 of 7\n"), ""));
 }
 
