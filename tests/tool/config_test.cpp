@@ -48,7 +48,7 @@ TEST_F(ToolConfig, AMissingLutIsAWarningAndFailsOnlyTheConversionsThatNeedIt)
               Outcome(1, "", "colorconfig: error: cannot convert from 'lin' to 'film': " + missing + "\n"));
 }
 
-TEST_F(ToolConfig, ContextOfCheckSetsTheFilesItFinds)
+TEST_F(ToolConfig, ContextOfCheckAndInfoSetsTheFilesTheyFind)
 {
     // The space "shot" reads $SHOT.spi1d; only a.spi1d and b.spi1d exist.
     std::string const config = shotConfig();
@@ -59,6 +59,10 @@ TEST_F(ToolConfig, ContextOfCheckSetsTheFilesItFinds)
     EXPECT_THAT(shell(check + "--context SHOT=c", {config}), FieldsAre(1, _, HasSubstr("c.spi1d")));
     EXPECT_THAT(shell(check + "--context SHOT=a", {config}),
                 FieldsAre(1, HasSubstr("Colour spaces that fail: 0 of 7\n"), ""));
+    // info lists the files missing under the run's context.
+    std::string const info = "\"$1\" info --config \"$2\" ";
+    EXPECT_THAT(shell(info + "--context SHOT=c", {config}), FieldsAre(0, HasSubstr("/c.spi1d'"), ""));
+    EXPECT_THAT(shell(info + "--context SHOT=a", {config}), FieldsAre(0, Not(HasSubstr("spi1d")), ""));
 }
 
 } // namespace
