@@ -3,6 +3,8 @@
 #include <verra_sdk/kit/names.h>
 #include <verra_sdk/kit/processor_check.h>
 
+#include <verra_sdk/colorconfig.h>
+
 #include "current_config.h"
 #include "processors.h"
 
@@ -95,6 +97,32 @@ bool applyColorTransform(ColorTransform const& transform, OIIO::ImageBuf& pixels
         return false;
     }
     return detail::applyProcessor(processor, pixels, "the transform", error);
+}
+
+bool convertColor(ColorTransform& transform, math::RgbaT<double>& color, ColorRoute& route, std::string& error)
+{
+    if (!chooseColorTransform(transform, error)) {
+        return false;
+    }
+    // The module's transform returns a colour it cannot convert unchanged and
+    // silently, so the route is asked first.
+    bool const plain = transform.plain();
+    route = plain ? colorRoute(String(transform.from), String(transform.to)) : ColorRoute::Processor;
+    if (route == ColorRoute::None) {
+        error = "cannot convert from '" + transform.from + "' to '" + transform.to + "' with this config";
+        return false;
+    }
+    if (plain) {
+        color = ColorConfig::transform(color, String(transform.from), String(transform.to));
+        return true;
+    }
+    float rgb[3] = {static_cast<float>(color.r), static_cast<float>(color.g), static_cast<float>(color.b)};
+    OIIO::ImageBuf pixel(OIIO::ImageSpec(1, 1, 3, OIIO::TypeDesc::FLOAT), rgb);
+    if (!applyColorTransform(transform, pixel, error)) {
+        return false;
+    }
+    color = {rgb[0], rgb[1], rgb[2], color.a};
+    return true;
 }
 
 namespace detail {

@@ -6,9 +6,6 @@
 
 #include <verra_sdk/kit/color_transform.h>
 
-#include <verra_sdk/color_route.h>
-#include <verra_sdk/colorconfig.h>
-
 #include <CLI/CLI.hpp>
 
 #include <fmt/format.h>
@@ -60,43 +57,23 @@ Subcommand addColor(CLI::App& program, CommonOptions& common)
                 return usageError("'" + words[i] + "' is not a number", "color");
             }
         }
-        auto const [from, to] = conversionNamed(options->from, options->to, options->context);
-        if (from.empty()) {
-            return ExitCode::Failure;
-        }
-        // The transform returns an impossible conversion unchanged and silently,
-        // so the route is asked first. Context variables need the config's own
-        // processor, in single precision as for pixels.
-        sdk::ColorRoute const route =
-            options->context.empty() ? sdk::colorRoute(orv::String(from), orv::String(to)) : sdk::ColorRoute::Processor;
-        if (route == sdk::ColorRoute::None) {
-            console::error("cannot convert from '{}' to '{}' with this config", from, to);
+        kit::ColorTransform transform{options->from, options->to, "", "", false, options->context};
+        orv::math::RgbaT<double> result{channels[0], channels[1], channels[2], channels[3]};
+        sdk::ColorRoute route = sdk::ColorRoute::None;
+        std::string message;
+        if (!kit::convertColor(transform, result, route, message)) {
+            console::error("{}", message);
             return ExitCode::Failure;
         }
         if (common.verbose) {
-            console::note("route from '{}' to '{}': {}", from, to, sdk::colorRouteName(route));
-        }
-        orv::math::RgbaT<double> result{channels[0], channels[1], channels[2], channels[3]};
-        if (options->context.empty()) {
-            result = sdk::ColorConfig::transform(result, orv::String(from), orv::String(to));
-        } else {
-            float rgb[3] = {float(channels[0]), float(channels[1]), float(channels[2])};
-            OIIO::ImageBuf pixel(OIIO::ImageSpec(1, 1, 3, OIIO::TypeDesc::FLOAT), rgb);
-            kit::ColorTransform transform{from, to, "", "", false, options->context};
-            std::string message;
-            if (!kit::chooseColorTransform(transform, message) ||
-                !kit::applyColorTransform(transform, pixel, message)) {
-                console::error("{}", message);
-                return ExitCode::Failure;
-            }
-            result = {rgb[0], rgb[1], rgb[2], channels[3]};
+            console::note("route from '{}' to '{}': {}", transform.from, transform.to, sdk::colorRouteName(route));
         }
         std::vector<double> output{result.r, result.g, result.b, result.a};
         output.resize(words.size());
         if (common.json) {
             printJson({{"errors", Json::array()},
-                       {"from", from},
-                       {"to", to},
+                       {"from", transform.from},
+                       {"to", transform.to},
                        {"route", sdk::colorRouteName(route)},
                        {"input", std::vector<double>(channels, channels + words.size())},
                        {"output", output}});

@@ -5,7 +5,7 @@
 // (`$SHOT` in a config's file paths) set for one run as the environment
 // would set them. Names are checked against the configuration first, with
 // the valid choices in the message; then the transform applies to float
-// pixels.
+// pixels, or to one colour with the route it took.
 //
 // Example:
 //
@@ -15,7 +15,10 @@
 // Not thread-safe (one thread at a time, as the module); never throws or
 // prints. Each check builds the processor once (OpenColorIO caches it).
 
+#include <verra_sdk/color_route.h>
 #include <verra_sdk/kit/config_load.h>
+
+#include <orv/math/rgba.h>
 
 #include <OpenImageIO/imagebuf.h>
 
@@ -77,5 +80,16 @@ bool chooseColorTransform(ColorTransform& transform, std::string& error);
 /// `error`, for other pixel types or channel counts, or when OpenColorIO
 /// fails.
 bool applyColorTransform(ColorTransform const& transform, OIIO::ImageBuf& pixels, std::string& error);
+
+/// Converts one colour in place by `transform`, once `chooseColorTransform`
+/// has checked it (and resolved the names in `transform`); alpha is passed
+/// through. A plain conversion takes the route `colorRoute` gives (`route`)
+/// through `ColorConfig::transform`, its built-in curves in double
+/// precision; any other takes OpenColorIO's processor in single precision,
+/// as for pixels (`route` is `Processor`). False, with `color` as it was and
+/// a message in `error`: the check's, "cannot convert from 'A' to 'B' with
+/// this config" when the module has no route (a built-in colour space the
+/// config cannot convert), or OpenColorIO's reason.
+bool convertColor(ColorTransform& transform, math::RgbaT<double>& color, ColorRoute& route, std::string& error);
 
 } // namespace orv::verra_sdk::kit
