@@ -8,6 +8,15 @@
 
 namespace orv::verra_sdk::kit {
 
+namespace {
+
+/// A batch's `from` that stands for each file's own colour space; the other
+/// names are then checked from the scene-linear one.
+constexpr char const* kAuto = "auto";
+constexpr char const* kLinear = "linear";
+
+} // namespace
+
 ImageOperation conversionOperation(std::string const& from, std::string const& to)
 {
     return [from = String(from), to = String(to)](ImageLevel& level, std::string& error) {
@@ -130,6 +139,53 @@ bool previewTarget(std::string const& output, bool& alpha, std::string& error)
         return false;
     }
     alpha = writer->supports("alpha") != 0;
+    return true;
+}
+
+bool colorTransformBatch(ColorTransform transform, BatchRequest& request, std::string& error)
+{
+    bool const automatic = transform.from == kAuto;
+    transform.from = automatic ? kLinear : transform.from;
+    if (!chooseColorTransform(transform, error)) {
+        return false;
+    }
+    request.from = automatic ? kAuto : transform.from;
+    request.makeOperation = colorTransformMaker(transform);
+    request.model.precision = transform.plain() ? Precision::KeepBytes : Precision::Float;
+    return true;
+}
+
+bool displayViewBatch(DisplayViewRequest request, DisplayView& chosen, BatchRequest& batch, std::string& error)
+{
+    bool const automatic = request.from == kAuto;
+    request.from = automatic ? kLinear : request.from;
+    if (!chooseDisplayView(request, chosen, error)) {
+        return false;
+    }
+    request.from = automatic ? kAuto : chosen.from;
+    batch.from = request.from;
+    batch.makeOperation = displayViewMaker(request);
+    batch.model.precision = Precision::Float;
+    return true;
+}
+
+bool previewBatch(std::string const& from, std::string const& to, std::string const& output,
+                  ContextVariables const& context, BatchRequest& request, std::string& error)
+{
+    bool const automatic = from == kAuto;
+    ColorTransform transform{automatic ? kLinear : from, to, "", "", false, context};
+    bool alpha = false;
+    if (!chooseColorTransform(transform, error)) {
+        return false;
+    }
+    if (!previewTarget(output, alpha, error)) {
+        error = "cannot write '" + output + "': " + error;
+        return false;
+    }
+    request.from = automatic ? kAuto : transform.from;
+    request.makeOperation = previewMaker(transform.to, alpha, context);
+    request.model.precision = Precision::Float;
+    request.model.firstImageOnly = true;
     return true;
 }
 

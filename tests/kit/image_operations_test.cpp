@@ -67,5 +67,33 @@ TEST_F(ImageOperations, PreviewTargetsHoldEightBits)
     EXPECT_THAT(error, HasSubstr("nothing"));
 }
 
+TEST_F(ImageOperations, BatchesAreSetUpFromTheNamesTyped)
+{
+    ASSERT_THAT(load(sampleConfig()).errors, IsEmpty());
+    kit::BatchRequest request;
+    kit::DisplayView chosen;
+    std::string error;
+    ASSERT_TRUE(kit::colorTransformBatch({"scene", "srgb_texture"}, request, error)) << error;
+    EXPECT_THAT(std::tuple(request.from, request.model.precision), FieldsAre("lin", kit::Precision::KeepBytes));
+    // "auto" stays for each file's own colour space; the rest is checked from linear.
+    ASSERT_TRUE(kit::displayViewBatch({"auto", "", "standard", ""}, chosen, request, error)) << error;
+    EXPECT_THAT(std::tuple(request.from, request.model.precision), FieldsAre("auto", kit::Precision::Float));
+    EXPECT_THAT(std::tuple(chosen.from, chosen.display, chosen.view), FieldsAre("lin", "Monitor", "Standard"));
+    ASSERT_TRUE(kit::colorTransformBatch({"scene", "lin", "Bright"}, request, error)) << error;
+    EXPECT_THAT(std::tuple(request.from, request.model.precision), FieldsAre("lin", kit::Precision::Float));
+    EXPECT_NE(request.makeOperation("lin", error), nullptr);
+    request.model.precision = kit::Precision::KeepBytes;
+    ASSERT_TRUE(kit::previewBatch("auto", "srgb_texture", file("p.png"), {}, request, error)) << error;
+    EXPECT_THAT(std::tuple(request.from, request.model.precision, request.model.firstImageOnly),
+                FieldsAre("auto", kit::Precision::Float, true));
+    // A refused batch leaves the request as it was.
+    EXPECT_FALSE(kit::previewBatch("lin", "srgb_texture", file("p.exr"), {}, request, error));
+    EXPECT_EQ(error,
+              "cannot write '" + file("p.exr") + "': a preview is 8-bit, and openexr files do not hold 8-bit values");
+    EXPECT_FALSE(kit::colorTransformBatch({"auto", "nope"}, request, error));
+    EXPECT_FALSE(kit::displayViewBatch({"lin", "nope", "", ""}, chosen, request, error));
+    EXPECT_THAT(std::tuple(request.from, chosen.view), FieldsAre("auto", "Standard"));
+}
+
 } // namespace
 } // namespace verra_test

@@ -9,22 +9,6 @@ void reportUnknownColorSpace(std::string const& typed)
     console::error("{}", kit::unknownColorSpaceText(typed));
 }
 
-std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped,
-                                                    kit::ContextVariables const& context)
-{
-    kit::ColorTransform transform;
-    transform.context = context;
-    // With "auto", `to` is checked from the scene-linear space.
-    transform.from = fromTyped == "auto" ? "linear" : fromTyped;
-    transform.to = toTyped;
-    std::string message;
-    if (!kit::chooseColorTransform(transform, message)) {
-        console::error("{}", message);
-        return {};
-    }
-    return {fromTyped == "auto" ? fromTyped : transform.from, transform.to};
-}
-
 std::string guessStep(kit::FileGuess const& guess, std::string& note)
 {
     note.clear();

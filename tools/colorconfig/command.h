@@ -94,13 +94,6 @@ bool parseNumber(std::string const& word, double& value);
 /// standard error.
 void reportUnknownColorSpace(std::string const& typed);
 
-/// --from and --to resolved as `kit::chooseColorTransform` resolves them;
-/// both empty after the error when a name is unknown or the configuration
-/// cannot convert between them ("cannot convert from 'A' to 'B':
-/// <OpenColorIO's reason>"). A --from of "auto" stays "auto".
-std::pair<std::string, std::string> conversionNamed(std::string const& fromTyped, std::string const& toTyped,
-                                                    kit::ContextVariables const& context = {});
-
 /// How `guess` found its colour space: "file rule 'R'" or the step's word,
 /// and in `note`, when another step answered after a rule matched, "rule 'R'
 /// names [the role ]'X'" (empty otherwise).

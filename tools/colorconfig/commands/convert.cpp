@@ -13,12 +13,6 @@
 
 namespace colorconfig {
 
-namespace {
-
-namespace stdfs = std::filesystem;
-
-} // namespace
-
 Subcommand addConvert(CLI::App& program, CommonOptions& common)
 {
     CLI::App* app = newSubcommand(
@@ -68,28 +62,24 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
             return usageError("'convert' needs IN and OUT, or --out-dir DIR and one or more IN", "convert");
         }
         std::error_code ignored;
-        if (toFolder && !stdfs::is_directory(options->outDir, ignored)) {
+        if (toFolder && !std::filesystem::is_directory(options->outDir, ignored)) {
             console::error("output folder '{}' does not exist or is not a folder", options->outDir);
             return ExitCode::Failure;
         }
-        kit::ColorTransform transform = options->transform;
+        kit::ColorTransform const& transform = options->transform;
         if (transform.lutFile.empty() && (transform.from.empty() || transform.to.empty())) {
             return usageError("'convert' needs --from and --to, or --lut", "convert");
         }
-        // With "auto", the names are checked from the scene-linear space; each file's own comes later.
-        bool const automatic = transform.from == "auto";
-        transform.from = automatic ? "linear" : transform.from;
+        auto const pairs =
+            toFolder ? kit::intoFolder(words, options->outDir) : std::vector<kit::FramePair>{{-1, words[0], words[1]}};
+        kit::BatchRequest request;
+        request.model.alphaUnassociated = options->unassociatedAlpha;
         std::string message;
-        if (!kit::chooseColorTransform(transform, message)) {
+        if (!kit::colorTransformBatch(transform, request, message)) {
             console::error("{}", message);
             return ExitCode::Failure;
         }
-        auto const pairs =
-            toFolder ? kit::intoFolder(words, options->outDir) : std::vector<kit::FramePair>{{-1, words[0], words[1]}};
-        kit::Precision const precision = transform.plain() ? kit::Precision::KeepBytes : kit::Precision::Float;
-        kit::FileJob const model{"", "", precision, false, {}, options->unassociatedAlpha};
-        std::string const from = automatic ? "auto" : transform.from;
-        return runFiles(pairs, {{}, from, kit::colorTransformMaker(transform), model}, options->batch, common, "");
+        return runFiles(pairs, request, options->batch, common, "");
     };
     return {app, run, false, nullptr};
 }

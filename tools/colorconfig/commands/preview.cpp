@@ -35,20 +35,13 @@ Subcommand addPreview(CLI::App& program, CommonOptions& common)
     addFileOptions(*app, options->batch, common, false);
     app->add_option("IN_OUT", options->files, "The image and its preview")->type_name("")->expected(2)->required();
     auto const run = [options, &common] {
-        std::string const& output = options->files[1];
-        auto const [from, to] = conversionNamed(options->from, options->to, options->context);
-        if (from.empty()) {
-            return ExitCode::Failure;
-        }
-        bool alpha = false;
+        kit::BatchRequest request;
         std::string message;
-        if (!kit::previewTarget(output, alpha, message)) {
-            console::error("cannot write '{}': {}", output, message);
+        if (!kit::previewBatch(options->from, options->to, options->files[1], options->context, request, message)) {
+            console::error("{}", message);
             return ExitCode::Failure;
         }
-        kit::FileJob const model{"", "", kit::Precision::Float, true, {}, false};
-        return runFiles({{-1, options->files[0], output}},
-                        {{}, from, kit::previewMaker(to, alpha, options->context), model}, options->batch, common, "");
+        return runFiles({{-1, options->files[0], options->files[1]}}, request, options->batch, common, "");
     };
     return {app, run, false, nullptr};
 }

@@ -41,21 +41,17 @@ Subcommand addView(CLI::App& program, CommonOptions& common)
     addFileOptions(*app, options->batch, common, true);
     app->add_option("IN_OUT", options->files, "The image and its result")->type_name("")->expected(2)->required();
     auto const run = [options, &common] {
-        // With "auto", the display and view are checked from the scene-linear space.
-        kit::DisplayViewRequest request = options->request;
-        request.from = request.from == "auto" ? "linear" : request.from;
+        kit::BatchRequest request;
+        request.model.alphaUnassociated = options->unassociatedAlpha;
         kit::DisplayView chosen;
         std::string message;
-        if (!kit::chooseDisplayView(request, chosen, message)) {
+        if (!kit::displayViewBatch(options->request, chosen, request, message)) {
             console::error("{}", message);
             return ExitCode::Failure;
         }
-        kit::FileJob const model{"", "", kit::Precision::Float, false, {}, options->unassociatedAlpha};
         std::string const looks =
             (chosen.looks.empty() ? "" : ", looks " + chosen.looks) + (chosen.inverse ? ", inverted" : "");
-        request.from = options->request.from == "auto" ? "auto" : chosen.from;
-        return runFiles({{-1, options->files[0], options->files[1]}},
-                        {{}, request.from, kit::displayViewMaker(request), model}, options->batch, common,
+        return runFiles({{-1, options->files[0], options->files[1]}}, request, options->batch, common,
                         " (" + chosen.display + " / " + chosen.view + looks + ")");
     };
     return {app, run, false, nullptr};

@@ -1,7 +1,8 @@
 #pragma once
 // The operations of the file jobs (`runFileJob`) that the program runs:
-// converting, viewing through a display/view, and previewing. A host or a
-// script runs the same ones on its own files.
+// converting, viewing through a display/view, and previewing, and the
+// batches (`runBatch`) of each, checked from the names the user typed. A
+// host or a script runs the same ones on its own files.
 //
 // Example:
 //
@@ -69,5 +70,28 @@ OperationMaker previewMaker(std::string const& to, bool alpha, ContextVariables 
 /// `error`, when its format stores no 8-bit values or OpenImageIO has no
 /// writer for it; `alpha` tells whether the format holds an alpha channel.
 bool previewTarget(std::string const& output, bool& alpha, std::string& error);
+
+/// Sets `request` up for a batch of `transform`, which it checks first
+/// (`chooseColorTransform`): its `from` (the resolved name, or "auto" for
+/// each file's own colour space, then the other names are checked from
+/// "linear"), `makeOperation` (`colorTransformMaker`) and its model's
+/// precision (`KeepBytes` for a plain conversion, else `Float`). False, with
+/// `request` as it was and the check's message in `error`.
+bool colorTransformBatch(ColorTransform transform, BatchRequest& request, std::string& error);
+
+/// Sets `batch` up for a batch through the display and view of `request`,
+/// which it checks first (`chooseDisplayView`, its `from` as for
+/// `colorTransformBatch`): its `from`, `makeOperation` (`displayViewMaker`)
+/// and FLOAT precision; `chosen` tells the display, view and looks taken.
+/// False, with both as they were and the check's message in `error`.
+bool displayViewBatch(DisplayViewRequest request, DisplayView& chosen, BatchRequest& batch, std::string& error);
+
+/// Sets `request` up for a batch of previews, from `from` (as for
+/// `colorTransformBatch`) to `to` with `context`, written to `output`: its
+/// `from`, `makeOperation` (`previewMaker`), FLOAT precision and first image
+/// only. False, with `request` as it was and a message in `error`: the
+/// names' check, or "cannot write '<output>': " and `previewTarget`'s reason.
+bool previewBatch(std::string const& from, std::string const& to, std::string const& output,
+                  ContextVariables const& context, BatchRequest& request, std::string& error);
 
 } // namespace orv::verra_sdk::kit
