@@ -63,6 +63,19 @@ FileGuess guessColorSpace(std::string const& fileName, bool fallback)
     return guess;
 }
 
+std::string guessStepText(FileGuess const& guess)
+{
+    return guess.step == GuessStep::FileRule ? "file rule '" + guess.rule + "'" : guessStepName(guess.step);
+}
+
+std::string passedRuleText(FileGuess const& guess)
+{
+    if (guess.step == GuessStep::FileRule || guess.rule.empty()) {
+        return {};
+    }
+    return "rule '" + guess.rule + "' names " + (guess.ruleNamesRole ? "the role '" : "'") + guess.ruleAnswer + "'";
+}
+
 FileColorSpace colorSpaceOfFile(std::string const& path)
 {
     FileColorSpace found;
@@ -86,7 +99,7 @@ FileColorSpace colorSpaceOfFile(std::string const& path)
     }
     FileGuess const guess = guessColorSpace(path, true);
     found.colorSpace = guess.colorSpace;
-    found.source = guess.step == GuessStep::FileRule ? "file rule '" + guess.rule + "'" : guessStepName(guess.step);
+    found.source = guessStepText(guess);
     return found;
 }
 

@@ -206,6 +206,26 @@ bool builtInConverts(std::string const& builtIn)
     return converts;
 }
 
+std::string resolvedNameText(ResolvedName const& resolved)
+{
+    switch (resolved.how) {
+    case NameMatch::BuiltInShadows:
+        return "built-in, shadows the config's '" + resolved.via + "'";
+    case NameMatch::BuiltInIsolated:
+        return "built-in, converts only to the other built-ins under this config";
+    case NameMatch::Alias:
+        return "alias of '" + resolved.name + "'";
+    case NameMatch::Role:
+        return "role " + resolved.via + " → '" + resolved.name + "'";
+    case NameMatch::Inactive:
+        return "inactive";
+    case NameMatch::Listed:
+    case NameMatch::Unknown:
+        break;
+    }
+    return {};
+}
+
 std::string hiddenReasonText(HiddenName const& hidden)
 {
     switch (hidden.reason) {

@@ -80,26 +80,21 @@ TEST_F(ColorTransform, OneColourTakesTheModulesRouteWhenPlainElseTheProcessor)
 {
     using orv::verra_sdk::ColorRoute;
     ASSERT_THAT(load(sampleConfig()).errors, IsEmpty());
-    kit::ColorTransform plain{" SRGB ", "linear"};
-    orv::math::RgbaT<double> color{0.5, 0.5, 0.5, 0.25};
-    ColorRoute route = ColorRoute::None;
-    std::string error;
-    // The module's sRGB curve in double precision, under the built-in's resolved name.
-    ASSERT_TRUE(kit::convertColor(plain, color, route, error)) << error;
-    EXPECT_THAT((std::vector{color.r, color.a}), ElementsAre(0.21404114365577698, 0.25));
-    EXPECT_THAT((std::pair{plain.from, route}), FieldsAre("sRGB", ColorRoute::BuiltInCurve));
-    // The look doubles 0.05 and 0.1 before the config's sRGB curve, in single precision.
-    kit::ColorTransform bright{"scene", "srgb_texture", "Bright"};
-    color = {0.05, 0.1, 0.15, 2.0};
-    ASSERT_TRUE(kit::convertColor(bright, color, route, error)) << error;
-    EXPECT_THAT((std::vector{color.r, color.g, color.a}),
-                ElementsAre(DoubleNear(0.3491902, 1e-6), DoubleNear(0.4845292, 1e-6), 2.0));
-    EXPECT_EQ(route, ColorRoute::Processor);
-    // A built-in colour space that the config cannot convert leaves the colour as it was.
-    kit::ColorTransform isolated{"Rec709", "lin"};
-    EXPECT_FALSE(kit::convertColor(isolated, color, route, error));
-    EXPECT_EQ(error, "cannot convert from 'Rec709' to 'lin' with this config");
-    EXPECT_THAT(color.r, DoubleNear(0.3491902, 1e-6));
+    // The module's sRGB curve; the look doubling 0.05 before the config's curve, in single precision; a built-in
+    // colour space the config cannot convert, which leaves the colour as it was.
+    std::tuple<kit::ColorTransform, double, double, ColorRoute, std::string> const cases[] = {
+        {{" SRGB ", "linear"}, 0.5, 0.21404114365577698, ColorRoute::BuiltInCurve, ""},
+        {{"scene", "srgb_texture", "Bright"}, 0.05, 0.3491902, ColorRoute::Processor, ""},
+        {{"Rec709", "lin"}, 0.5, 0.5, ColorRoute::None, "cannot convert from 'Rec709' to 'lin' with this config"},
+    };
+    for (auto [transform, value, expected, route, message] : cases) {
+        orv::math::RgbaT<double> color{value, value, value, 0.25};
+        ColorRoute taken = ColorRoute::Same;
+        std::string error;
+        EXPECT_EQ(kit::convertColor(transform, color, taken, error), message.empty()) << error;
+        EXPECT_THAT((std::vector{color.r, color.a}), ElementsAre(DoubleNear(expected, 1e-7), 0.25));
+        EXPECT_THAT(std::tuple(taken, error), FieldsAre(route, message));
+    }
 }
 
 } // namespace

@@ -4,21 +4,10 @@
 
 namespace colorconfig {
 
-void reportUnknownColorSpace(std::string const& typed)
-{
-    console::error("{}", kit::unknownColorSpaceText(typed));
-}
-
 std::string guessStep(kit::FileGuess const& guess, std::string& note)
 {
-    note.clear();
-    if (guess.step == kit::GuessStep::FileRule) {
-        return "file rule '" + guess.rule + "'";
-    }
-    if (!guess.rule.empty()) {
-        note = "rule '" + guess.rule + "' names " + (guess.ruleNamesRole ? "the role '" : "'") + guess.ruleAnswer + "'";
-    }
-    return kit::guessStepName(guess.step);
+    note = kit::passedRuleText(guess);
+    return kit::guessStepText(guess);
 }
 
 std::vector<std::pair<std::string, std::string>> hiddenPairs(std::vector<kit::HiddenName> const& hidden)

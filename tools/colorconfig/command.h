@@ -90,10 +90,6 @@ ExitCode usageError(std::string const& message, std::string const& command);
 /// and "nan" included) into `value`. False for anything else.
 bool parseNumber(std::string const& word, double& value);
 
-/// Prints "unknown colour space '<typed>'" and the closest names on
-/// standard error.
-void reportUnknownColorSpace(std::string const& typed);
-
 /// How `guess` found its colour space: "file rule 'R'" or the step's word,
 /// and in `note`, when another step answered after a rule matched, "rule 'R'
 /// names [the role ]'X'" (empty otherwise).

@@ -10,23 +10,6 @@
 
 namespace colorconfig {
 
-namespace {
-
-/// How `resolved` was found, for standard error; empty for a listed name.
-std::string howFound(kit::ResolvedName const& resolved)
-{
-    using kit::NameMatch;
-    NameMatch const how = resolved.how;
-    return how == NameMatch::BuiltInShadows    ? "built-in, shadows the config's '" + resolved.via + "'"
-           : how == NameMatch::BuiltInIsolated ? "built-in, converts only to the other built-ins under this config"
-           : how == NameMatch::Alias           ? "alias of '" + resolved.name + "'"
-           : how == NameMatch::Role            ? "role " + resolved.via + " → '" + resolved.name + "'"
-           : how == NameMatch::Inactive        ? "inactive"
-                                               : "";
-}
-
-} // namespace
-
 Subcommand addFind(CLI::App& program, CommonOptions& common)
 {
     CLI::App* app = newSubcommand(
@@ -57,10 +40,10 @@ Subcommand addFind(CLI::App& program, CommonOptions& common)
                                    {"via", resolved.via},
                                    {"closest", found ? std::vector<std::string>() : kit::closestColorSpaces(name)}});
             } else if (!found) {
-                reportUnknownColorSpace(name);
+                console::error("{}", kit::unknownColorSpaceText(name));
             } else {
                 console::out(names->size() > 1 ? name + ": " + resolved.name : resolved.name);
-                if (std::string const how = howFound(resolved); !how.empty()) {
+                if (std::string const how = kit::resolvedNameText(resolved); !how.empty()) {
                     console::note("'{}': {}", name, how);
                 }
             }

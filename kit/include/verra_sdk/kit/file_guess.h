@@ -48,6 +48,15 @@ struct FileGuess {
 /// names another role or an alias gives that colour space, as step FileRule.
 FileGuess guessColorSpace(std::string const& fileName, bool fallback);
 
+/// The step that gave `guess`, in words: "file rule 'R'", or
+/// `guessStepName` of the other steps.
+std::string guessStepText(FileGuess const& guess);
+
+/// The rule that matched the name when another step answered, in words:
+/// "rule 'R' names 'X'" or "rule 'R' names the role 'X'"; empty when the
+/// rule answered or none matched.
+std::string passedRuleText(FileGuess const& guess);
+
 /// The colour space an image file's pixels are in, as "--from auto" takes it.
 struct FileColorSpace {
     /// The colour space to convert from; empty when the file cannot be read.

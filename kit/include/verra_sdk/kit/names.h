@@ -60,6 +60,12 @@ struct ResolvedName {
 /// canonical name it gives.
 ResolvedName resolveColorSpace(std::string_view typed);
 
+/// How `resolved` was found, in words: "alias of 'X'", "role R → 'X'",
+/// "inactive", "built-in, shadows the config's 'X'" or "built-in, converts
+/// only to the other built-ins under this config"; empty for a listed name
+/// and for none.
+std::string resolvedNameText(ResolvedName const& resolved);
+
 /// Up to `limit` names that resemble `typed` (`closestNames`): listed names,
 /// the config's inactive spaces, and the built-ins only when they convert
 /// under the configuration.
