@@ -1,12 +1,9 @@
 #include "cli.h"
 
 #include "command.h"
-#include "console.h"
 #include "text_layout.h"
 
 #include <verra_sdk/kit/config_load.h>
-
-#include <CLI/CLI.hpp>
 
 #include <cctype>
 #include <cstdlib>
@@ -29,6 +26,16 @@ constexpr char const* kExitCodes = "Exit status:\n"
                                    "     cannot be read or written, a conversion the config cannot make.\n"
                                    "  2  Bad usage: an unknown subcommand or option, a missing or malformed\n"
                                    "     argument.";
+
+/// CLI11's layout, each option's help wrapped to fit beside the option
+/// column.
+class Formatter : public CLI::Formatter {
+public:
+    std::string make_option_desc(CLI::Option const* option) const override
+    {
+        return text::paragraph(option->get_description(), text::kLineWidth - kColumn);
+    }
+};
 
 /// Words for CLI11, which takes most words that start with "-" for options:
 /// when a positional argument is a negative number ("-0.5", "-inf"), every
@@ -85,18 +92,15 @@ ExitCode runSubcommand(Subcommand const& command, CommonOptions const& common)
     // still run; with --json, the others print their object with the errors.
     if (command.showsConfigErrors) {
         command.run();
-    } else if (common.json && command.jsonOnError) {
-        command.jsonOnError(status.errors);
+    } else if (common.json && command.jsonOnError != nullptr) {
+        Json json = Json::parse(command.jsonOnError);
+        json["errors"] = status.errors;
+        printJson(json);
     }
     return ExitCode::Failure;
 }
 
 } // namespace
-
-std::string optionHelp(std::string_view help)
-{
-    return text::paragraph(help, text::kLineWidth - kColumn);
-}
 
 CLI::App* newSubcommand(CLI::App& program, char const* name, char const* summary, std::string_view description)
 {
@@ -107,22 +111,20 @@ CLI::App* newSubcommand(CLI::App& program, char const* name, char const* summary
 
 void addJsonFlag(CLI::App& app, CommonOptions& common, char const* help)
 {
-    app.add_flag("--json", common.json, optionHelp(help));
+    app.add_flag("--json", common.json, help);
 }
 
 void addFromTo(CLI::App& app, std::string& from, std::string& to, bool required, char const* fromHelp,
                char const* toHelp)
 {
-    app.add_option("--from", from, optionHelp(fromHelp))->option_text("NAME")->required(required);
-    app.add_option("--to", to, optionHelp(toHelp))->option_text("NAME")->required(required);
+    app.add_option("--from", from, fromHelp)->option_text("NAME")->required(required);
+    app.add_option("--to", to, toHelp)->option_text("NAME")->required(required);
 }
 
 void addDisplayView(CLI::App& app, std::string& display, std::string& view)
 {
-    app.add_option("--display", display, optionHelp("The display (the config's default if not given)."))
-        ->option_text("NAME");
-    app.add_option("--view", view, optionHelp("The view of that display (its default if not given)."))
-        ->option_text("NAME");
+    app.add_option("--display", display, "The display (the config's default if not given).")->option_text("NAME");
+    app.add_option("--view", view, "The view of that display (its default if not given).")->option_text("NAME");
 }
 
 void addContext(CLI::App& app, kit::ContextVariables& variables)
@@ -132,18 +134,12 @@ void addContext(CLI::App& app, kit::ContextVariables& variables)
         return kit::parseContextVariable(word, unused) ? std::string() : "'" + word + "' is not KEY=VALUE";
     };
     app.add_option("--context")
-        ->description(optionHelp("Sets a context variable of the config for this run, as the environment would "
-                                 "($SHOT in its file paths); repeatable."))
+        ->description("Sets a context variable of the config for this run, as the environment would "
+                      "($SHOT in its file paths); repeatable.")
         ->option_text("KEY=VALUE")
         ->take_all()
         ->check(check)
         ->each([&variables](std::string const& word) { kit::parseContextVariable(word, variables.emplace_back()); });
-}
-
-void addUnassociatedAlpha(CLI::App& app, bool& value)
-{
-    app.add_flag("--unassociated-alpha", value,
-                 optionHelp("The input's colours are not multiplied by alpha, whatever its format says."));
 }
 
 ExitCode usageError(std::string const& message, std::string const& command)
@@ -175,6 +171,7 @@ ExitCode runCli(std::vector<std::string> const& words)
     CLI::App program(text::paragraph("Shows the OCIO colour configuration that the Verra SDK chooses, and converts "
                                      "colours and images with it."),
                      "colorconfig");
+    program.formatter(std::make_shared<Formatter>());
     program.get_formatter()->column_width(kColumn);
     program.set_version_flag("--version", "colorconfig " COLORCONFIG_VERSION);
     program.require_subcommand(1);
@@ -192,11 +189,11 @@ ExitCode runCli(std::vector<std::string> const& words)
         commands.push_back(add(program, common));
         CLI::App& sub = *commands.back().app;
         sub.add_option("--config", common.config,
-                       optionHelp("The OCIO config file, or the name of an environment variable holding its path "
-                                  "(NAME, $NAME or %NAME%). Without it: ocio.txt in the product folder, then $OCIO, "
-                                  "then the built-in colour spaces."))
+                       "The OCIO config file, or the name of an environment variable holding its path "
+                       "(NAME, $NAME or %NAME%). Without it: ocio.txt in the product folder, then $OCIO, "
+                       "then the built-in colour spaces.")
             ->option_text("PATH");
-        sub.add_flag("-v,--verbose", common.verbose, optionHelp("Also print the config report on standard error."));
+        sub.add_flag("-v,--verbose", common.verbose, "Also print the config report on standard error.");
     }
     std::string topic;
     CLI::App* help = program.add_subcommand("help", "Show the help of a subcommand");

@@ -1,8 +1,37 @@
 #include "command.h"
 
-#include "console.h"
-
 namespace colorconfig {
+
+ExitCode failure(std::string const& message)
+{
+    console::error("{}", message);
+    return ExitCode::Failure;
+}
+
+ExitCode printAnswers(std::vector<std::string> const& words, bool json,
+                      std::function<Answer(std::string const& word)> const& answer)
+{
+    Json results = Json::array();
+    ExitCode code = ExitCode::Success;
+    for (std::string const& word : words) {
+        Answer const said = answer(word);
+        code = said.found.empty() ? ExitCode::Failure : code;
+        if (json) {
+            results.push_back(said.json);
+        } else if (said.found.empty()) {
+            console::error("{}", said.text);
+        } else {
+            console::out(words.size() > 1 ? word + ": " + said.found : said.found);
+            if (!said.text.empty()) {
+                console::note("'{}': {}", word, said.text);
+            }
+        }
+    }
+    if (json) {
+        printJson({{"errors", Json::array()}, {"results", results}});
+    }
+    return code;
+}
 
 std::string guessStep(kit::FileGuess const& guess, std::string& note)
 {

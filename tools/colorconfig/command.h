@@ -1,23 +1,23 @@
 #pragma once
 // What the subcommands share: how each declares itself and its options to
-// the parser (one source file each, under commands/), and the messages about
-// colour-space names that several of them print.
+// the parser (one source file each, under commands/), the options and
+// messages that several of them have, and what every one of them includes.
 
 #include "exit_code.h"
+#include "json_text.h"
 
 #include <verra_sdk/kit/color_transform.h>
 #include <verra_sdk/kit/file_guess.h>
 #include <verra_sdk/kit/names.h>
 
+#include <CLI/CLI.hpp>
+
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-namespace CLI {
-class App;
-} // namespace CLI
 
 namespace colorconfig {
 
@@ -39,9 +39,10 @@ struct Subcommand {
     /// True for `info` and `check`, which show what is wrong with the
     /// configuration themselves: they run whatever it is.
     bool showsConfigErrors = false;
-    /// What --json prints instead of running when the configuration has
-    /// `errors`; null for a subcommand without --json.
-    std::function<void(std::vector<std::string> const& errors)> jsonOnError;
+    /// The object --json prints, with the configuration's `errors` in its
+    /// member "errors", instead of running when there are some; null for a
+    /// subcommand without --json.
+    char const* jsonOnError = nullptr;
 };
 
 /// Each subcommand: declares it and its own options on `program`. The
@@ -61,9 +62,6 @@ Subcommand addBake(CLI::App& program, CommonOptions& common);
 /// `description` and the exit codes.
 CLI::App* newSubcommand(CLI::App& program, char const* name, char const* summary, std::string_view description);
 
-/// An option's help, wrapped to fit beside the option column.
-std::string optionHelp(std::string_view text);
-
 /// Adds --json, with `help`, to `app`.
 void addJsonFlag(CLI::App& app, CommonOptions& common, char const* help);
 
@@ -79,20 +77,37 @@ void addDisplayView(CLI::App& app, std::string& display, std::string& view);
 /// `variables`; a word without "=" is a usage error.
 void addContext(CLI::App& app, kit::ContextVariables& variables);
 
-/// Adds --unassociated-alpha (of `convert` and `view`) to `app`.
-void addUnassociatedAlpha(CLI::App& app, bool& value);
-
 /// Prints "colorconfig: error: <message>" and the hint to `command`'s help;
 /// returns ExitCode::Usage.
 ExitCode usageError(std::string const& message, std::string const& command);
+
+/// Prints "colorconfig: error: <message>"; returns ExitCode::Failure.
+ExitCode failure(std::string const& message);
+
+/// What `find` or `guess` says of one word the user typed.
+struct Answer {
+    /// Its member of the --json "results".
+    Json json;
+    /// The colour space found; empty when none.
+    std::string found;
+    /// For standard error: a note on how it was found (none when empty), or
+    /// the error when nothing was.
+    std::string text;
+};
+
+/// Prints the answer of each of `words`: with --json, the object {errors,
+/// results}; else "FOUND", or "WORD: FOUND" for several words, with
+/// "colorconfig: 'WORD': <note>" on standard error, or the error. Failure
+/// when a word has no answer.
+ExitCode printAnswers(std::vector<std::string> const& words, bool json,
+                      std::function<Answer(std::string const& word)> const& answer);
 
 /// Reads a number as strtod does (the whole word, no blanks; "inf", "-inf"
 /// and "nan" included) into `value`. False for anything else.
 bool parseNumber(std::string const& word, double& value);
 
-/// How `guess` found its colour space: "file rule 'R'" or the step's word,
-/// and in `note`, when another step answered after a rule matched, "rule 'R'
-/// names [the role ]'X'" (empty otherwise).
+/// How `guess` found its colour space (`kit::guessStepText`), and in `note`
+/// the rule passed over (`kit::passedRuleText`).
 std::string guessStep(kit::FileGuess const& guess, std::string& note);
 
 /// Each hidden name with why the list hides it, in words.

@@ -1,33 +1,32 @@
 #include "file_jobs.h"
 
-#include "console.h"
-#include "json_text.h"
-
-#include <CLI/CLI.hpp>
-
 namespace colorconfig {
 
-void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, bool dataTypes)
+void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, bool converts)
 {
+    if (converts) {
+        app.add_flag("--unassociated-alpha", options.unassociatedAlpha,
+                     "The input's colours are not multiplied by alpha, whatever its format says.");
+    }
     auto const frames = [](std::string const& text) {
         std::vector<int> unused;
         std::string error;
         return kit::parseFrames(text, unused, error) ? std::string() : error;
     };
-    app.add_option("--frames", options.frames, optionHelp("Frames: 1001-1100, 1001-1100x2,1200"))
+    app.add_option("--frames", options.frames, "Frames: 1001-1100, 1001-1100x2,1200")
         ->option_text("LIST")
         ->check(frames);
-    app.add_option("--jobs", options.batch.jobs, optionHelp("Files at once (default: --threads)."))->option_text("N");
-    app.add_option("--threads", options.batch.threads, optionHelp("Threads in all (0: all cores)."))->option_text("N");
-    app.add_flag("--update", options.batch.update, optionHelp("Convert only outputs missing or older than inputs."));
+    app.add_option("--jobs", options.batch.jobs, "Files at once (default: --threads).")->option_text("N");
+    app.add_option("--threads", options.batch.threads, "Threads in all (0: all cores).")->option_text("N");
+    app.add_flag("--update", options.batch.update, "Convert only outputs missing or older than inputs.");
     addJsonFlag(app, common, "Print a summary {converted, skipped, failed, missing} as JSON.");
-    if (dataTypes) {
-        app.add_option("-d,--data-type", options.output.dataType, optionHelp("The data type written."))
+    if (converts) {
+        app.add_option("-d,--data-type", options.output.dataType, "The data type written.")
             ->check(CLI::IsMember(kit::outputDataTypes()));
-        app.add_flag("--dither", options.output.dither, optionHelp("Dither values written in 8 bits from wider data."));
+        app.add_flag("--dither", options.output.dither, "Dither values written in 8 bits from wider data.");
     }
-    app.add_option("--compression", options.output.compression, optionHelp("Compression (zip, piz, dwaa, lzw...)."));
-    app.add_option("--quality", options.output.quality, optionHelp("JPEG quality."))->check(CLI::Range(1, 100));
+    app.add_option("--compression", options.output.compression, "Compression (zip, piz, dwaa, lzw...).");
+    app.add_option("--quality", options.output.quality, "JPEG quality.")->check(CLI::Range(1, 100));
 }
 
 ExitCode runFiles(std::vector<kit::FramePair> const& words, kit::BatchRequest request, FileOptions const& options,
@@ -40,11 +39,11 @@ ExitCode runFiles(std::vector<kit::FramePair> const& words, kit::BatchRequest re
         summary["missing"].push_back({{"input", gap.input}, {"frames", gap.frames}});
     }
     if (!plan.error.empty()) {
-        console::error("{}", plan.error);
-        return ExitCode::Failure;
+        return failure(plan.error);
     }
     request.files = plan.files;
     request.model.choices = options.output;
+    request.model.alphaUnassociated = options.unassociatedAlpha;
     kit::BatchOptions batch = options.batch;
     batch.progress = [&common, &done](kit::BatchProgress const& progress) {
         kit::BatchItem const& item = *progress.item;

@@ -5,7 +5,7 @@
 
 #include "command.h"
 
-#include <verra_sdk/kit/batch.h>
+#include <verra_sdk/kit/image_operations.h>
 
 #include <string>
 #include <vector>
@@ -14,17 +14,20 @@ namespace colorconfig {
 
 /// The options `addFileOptions` declares.
 struct FileOptions {
+    bool unassociatedAlpha = false;
     std::string frames;
     kit::BatchOptions batch;
     kit::OutputChoices output;
 };
 
 /// Adds --frames, --jobs, --threads, --update, --json, --compression and
-/// --quality to `app`, and -d/--data-type and --dither with `dataTypes`.
-void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, bool dataTypes);
+/// --quality to `app`; with `converts` (convert and view), also
+/// --unassociated-alpha, -d/--data-type and --dither.
+void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, bool converts);
 
 /// Expands each pair of `words` (file names or frame patterns) with
-/// --frames, runs them as one batch of `request` (whose files it fills), and
+/// --frames, runs them as one batch of `request` (whose files, output
+/// choices and alpha it fills), and
 /// prints "IN -> OUT<done>" for each file converted (with a progress line
 /// on a terminal, which the console shows only there), each file's colour space with --verbose when it was
 /// "auto", then an error per failed file, or with --json the summary

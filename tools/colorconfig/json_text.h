@@ -32,10 +32,10 @@ inline void printJson(Json const& json)
     console::out(json.dump(2, ' ', false, Json::error_handler_t::replace));
 }
 
-/// Prints the object of `find`'s and `guess`'s --json.
-inline void printResults(Json const& errors, Json const& results)
+/// `text`, or null when it is empty.
+inline Json orNull(std::string const& text)
 {
-    printJson({{"errors", errors}, {"results", results}});
+    return text.empty() ? Json() : Json(text);
 }
 
 } // namespace colorconfig

@@ -1,14 +1,8 @@
 // The `bake` subcommand: a LUT file of a conversion or a display/view.
 
 #include "command.h"
-#include "console.h"
-#include "json_text.h"
 
 #include <verra_sdk/kit/lut_bake.h>
-
-#include <CLI/CLI.hpp>
-
-#include <memory>
 
 namespace colorconfig {
 
@@ -29,13 +23,11 @@ Subcommand addBake(CLI::App& program, CommonOptions& common)
     app->get_option("--from")->required();
     addDisplayView(*app, request->display, request->view);
     app->get_option("--to")->excludes("--display")->excludes("--view");
-    app->add_option("--look", request->looks, optionHelp("Looks to apply, separated by commas."))
-        ->option_text("L[,L2]");
-    app->add_option("--shaper", request->shaper, optionHelp("The colour space of a 1D shaper before the cube."))
+    app->add_option("--look", request->looks, "Looks to apply, separated by commas.")->option_text("L[,L2]");
+    app->add_option("--shaper", request->shaper, "The colour space of a 1D shaper before the cube.")
         ->option_text("NAME");
-    app->add_option("--size", request->size, optionHelp("The cube's size (the format's own if not given)."))
-        ->option_text("N");
-    app->add_option("--format", request->format, optionHelp("The LUT format, by its name below."))->option_text("NAME");
+    app->add_option("--size", request->size, "The cube's size (the format's own if not given).")->option_text("N");
+    app->add_option("--format", request->format, "The LUT format, by its name below.")->option_text("NAME");
     addContext(*app, request->context);
     addJsonFlag(*app, common, "Also print {errors, output, format, largest_error, samples} on standard output.");
     app->add_option("OUT", *output, "The LUT file")->type_name("")->required();
@@ -43,8 +35,7 @@ Subcommand addBake(CLI::App& program, CommonOptions& common)
         kit::BakeReport report;
         std::string message;
         if (!kit::bakeLut(*request, *output, report, message)) {
-            console::error("{}", message);
-            return ExitCode::Failure;
+            return failure(message);
         }
         std::string const error = fmt::format("largest error {:.3g} against the exact transform, over {} colours",
                                               report.largestError, report.samples);
@@ -58,10 +49,7 @@ Subcommand addBake(CLI::App& program, CommonOptions& common)
         }
         return ExitCode::Success;
     };
-    auto const failed = [](std::vector<std::string> const& errors) {
-        printJson({{"errors", errors}, {"output", nullptr}, {"format", nullptr}, {"largest_error", nullptr}});
-    };
-    return {app, run, false, failed};
+    return {app, run, false, R"({"errors": [], "output": null, "format": null, "largest_error": null})"};
 }
 
 } // namespace colorconfig

@@ -1,16 +1,6 @@
 // The `color` subcommand: one colour converted between two colour spaces.
 
 #include "command.h"
-#include "console.h"
-#include "json_text.h"
-
-#include <verra_sdk/kit/color_transform.h>
-
-#include <CLI/CLI.hpp>
-
-#include <fmt/format.h>
-
-#include <memory>
 
 namespace colorconfig {
 
@@ -27,28 +17,18 @@ Subcommand addColor(CLI::App& program, CommonOptions& common)
         "'processor' (the config's), or 'same'. --json prints {errors, from, to, route, input, output}, with null "
         "for nan and infinities, and null or empty members when the config has errors.");
     struct ColorOptions {
-        std::string from;
-        std::string to;
+        kit::ColorTransform transform;
         std::vector<std::string> channels;
-        kit::ContextVariables context;
     };
     auto options = std::make_shared<ColorOptions>();
     addJsonFlag(*app, common, "Print the result as a JSON object.");
-    addFromTo(*app, options->from, options->to, true, "The colour space of the given colour.",
+    addFromTo(*app, options->transform.from, options->transform.to, true, "The colour space of the given colour.",
               "The colour space to convert into.");
-    addContext(*app, options->context);
+    addContext(*app, options->transform.context);
     app->add_option("R_G_B_[ALPHA]", options->channels, "The colour's channels")
         ->type_name("")
         ->expected(3, 4)
         ->required();
-    auto const failed = [](std::vector<std::string> const& errors) {
-        printJson({{"errors", errors},
-                   {"from", nullptr},
-                   {"to", nullptr},
-                   {"route", nullptr},
-                   {"input", Json::array()},
-                   {"output", Json::array()}});
-    };
     auto const run = [options, &common] {
         std::vector<std::string> const& words = options->channels;
         double channels[4] = {0.0, 0.0, 0.0, 1.0};
@@ -57,13 +37,12 @@ Subcommand addColor(CLI::App& program, CommonOptions& common)
                 return usageError("'" + words[i] + "' is not a number", "color");
             }
         }
-        kit::ColorTransform transform{options->from, options->to, "", "", false, options->context};
+        kit::ColorTransform transform = options->transform;
         orv::math::RgbaT<double> result{channels[0], channels[1], channels[2], channels[3]};
         sdk::ColorRoute route = sdk::ColorRoute::None;
         std::string message;
         if (!kit::convertColor(transform, result, route, message)) {
-            console::error("{}", message);
-            return ExitCode::Failure;
+            return failure(message);
         }
         if (common.verbose) {
             console::note("route from '{}' to '{}': {}", transform.from, transform.to, sdk::colorRouteName(route));
@@ -83,7 +62,7 @@ Subcommand addColor(CLI::App& program, CommonOptions& common)
         }
         return ExitCode::Success;
     };
-    return {app, run, false, failed};
+    return {app, run, false, R"({"errors": [], "from": null, "to": null, "route": null, "input": [], "output": []})"};
 }
 
 } // namespace colorconfig

@@ -1,15 +1,8 @@
 // The `convert` subcommand: images converted between two colour spaces.
 
-#include "command.h"
-#include "console.h"
 #include "file_jobs.h"
 
-#include <verra_sdk/kit/image_operations.h>
-
-#include <CLI/CLI.hpp>
-
 #include <filesystem>
-#include <memory>
 
 namespace colorconfig {
 
@@ -33,24 +26,21 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
         kit::ColorTransform transform;
         std::string outDir;
         CLI::Option* outDirOption = nullptr;
-        bool unassociatedAlpha = false;
         std::vector<std::string> files;
         FileOptions batch;
     };
     auto options = std::make_shared<ConvertOptions>();
     addFromTo(*app, options->transform.from, options->transform.to, false, "The colour space of the input pixels.",
               "The colour space to convert into.");
-    app->add_option("--look", options->transform.looks,
-                    optionHelp("Looks to apply between --from and --to, separated by commas."))
+    app->add_option("--look", options->transform.looks, "Looks to apply between --from and --to, separated by commas.")
         ->option_text("L[,L2]");
-    app->add_option("--lut", options->transform.lutFile, optionHelp("Apply this LUT file (any OpenColorIO reads)."))
+    app->add_option("--lut", options->transform.lutFile, "Apply this LUT file (any OpenColorIO reads).")
         ->option_text("FILE");
-    app->add_flag("--invert", options->transform.invert, optionHelp("Apply the LUT file inverted."))->needs("--lut");
+    app->add_flag("--invert", options->transform.invert, "Apply the LUT file inverted.")->needs("--lut");
     addContext(*app, options->transform.context);
     options->outDirOption =
-        app->add_option("--out-dir", options->outDir, optionHelp("Write every output into this existing folder."))
+        app->add_option("--out-dir", options->outDir, "Write every output into this existing folder.")
             ->option_text("DIR");
-    addUnassociatedAlpha(*app, options->unassociatedAlpha);
     addFileOptions(*app, options->batch, common, true);
     app->add_option("IN_OUT|IN", options->files, "The input and output images, or the inputs")
         ->type_name("")
@@ -63,8 +53,7 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
         }
         std::error_code ignored;
         if (toFolder && !std::filesystem::is_directory(options->outDir, ignored)) {
-            console::error("output folder '{}' does not exist or is not a folder", options->outDir);
-            return ExitCode::Failure;
+            return failure("output folder '" + options->outDir + "' does not exist or is not a folder");
         }
         kit::ColorTransform const& transform = options->transform;
         if (transform.lutFile.empty() && (transform.from.empty() || transform.to.empty())) {
@@ -73,13 +62,10 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
         auto const pairs =
             toFolder ? kit::intoFolder(words, options->outDir) : std::vector<kit::FramePair>{{-1, words[0], words[1]}};
         kit::BatchRequest request;
-        request.model.alphaUnassociated = options->unassociatedAlpha;
         std::string message;
-        if (!kit::colorTransformBatch(transform, request, message)) {
-            console::error("{}", message);
-            return ExitCode::Failure;
-        }
-        return runFiles(pairs, request, options->batch, common, "");
+        return kit::colorTransformBatch(transform, request, message)
+                   ? runFiles(pairs, request, options->batch, common, "")
+                   : failure(message);
     };
     return {app, run, false, nullptr};
 }

@@ -1,12 +1,6 @@
 // The `find` subcommand: the listed form of colour-space names.
 
 #include "command.h"
-#include "console.h"
-#include "json_text.h"
-
-#include <CLI/CLI.hpp>
-
-#include <memory>
 
 namespace colorconfig {
 
@@ -25,35 +19,20 @@ Subcommand addFind(CLI::App& program, CommonOptions& common)
     auto names = std::make_shared<std::vector<std::string>>();
     addJsonFlag(*app, common, "Print the results as a JSON object.");
     app->add_option("NAME", *names, "Colour-space names")->type_name("")->required();
-    auto const failed = [](std::vector<std::string> const& errors) { printResults(errors, Json::array()); };
     auto const run = [names, &common] {
-        Json results = Json::array();
-        ExitCode code = ExitCode::Success;
-        for (std::string const& name : *names) {
+        return printAnswers(*names, common.json, [](std::string const& name) {
             kit::ResolvedName const resolved = kit::resolveColorSpace(name);
             bool const found = !resolved.name.empty();
-            code = found ? code : ExitCode::Failure;
-            if (common.json) {
-                results.push_back({{"name", name},
-                                   {"colorSpace", found ? Json(resolved.name) : Json()},
-                                   {"how", kit::nameMatchName(resolved.how)},
-                                   {"via", resolved.via},
-                                   {"closest", found ? std::vector<std::string>() : kit::closestColorSpaces(name)}});
-            } else if (!found) {
-                console::error("{}", kit::unknownColorSpaceText(name));
-            } else {
-                console::out(names->size() > 1 ? name + ": " + resolved.name : resolved.name);
-                if (std::string const how = kit::resolvedNameText(resolved); !how.empty()) {
-                    console::note("'{}': {}", name, how);
-                }
-            }
-        }
-        if (common.json) {
-            printResults(Json::array(), results);
-        }
-        return code;
+            Json json = {{"name", name},
+                         {"colorSpace", orNull(resolved.name)},
+                         {"how", kit::nameMatchName(resolved.how)},
+                         {"via", resolved.via},
+                         {"closest", found ? std::vector<std::string>() : kit::closestColorSpaces(name)}};
+            return Answer{json, resolved.name,
+                          found ? kit::resolvedNameText(resolved) : kit::unknownColorSpaceText(name)};
+        });
     };
-    return {app, run, false, failed};
+    return {app, run, false, R"({"errors": [], "results": []})"};
 }
 
 } // namespace colorconfig

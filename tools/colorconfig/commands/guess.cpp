@@ -1,12 +1,6 @@
 // The `guess` subcommand: the colour space of files from their names.
 
 #include "command.h"
-#include "console.h"
-#include "json_text.h"
-
-#include <CLI/CLI.hpp>
-
-#include <memory>
 
 namespace colorconfig {
 
@@ -28,36 +22,23 @@ Subcommand addGuess(CLI::App& program, CommonOptions& common)
     auto options = std::make_shared<GuessOptions>();
     addJsonFlag(*app, common, "Print the results as a JSON object.");
     app->add_flag("--no-fallback", options->noFallback,
-                  optionHelp("Do not guess from the extension; a file with no other answer is a failure."));
+                  "Do not guess from the extension; a file with no other answer is a failure.");
     app->add_option("FILE", options->files, "File names")->type_name("")->required();
-    auto const failed = [](std::vector<std::string> const& errors) { printResults(errors, Json::array()); };
     auto const run = [options, &common] {
-        Json results = Json::array();
-        ExitCode code = ExitCode::Success;
-        for (std::string const& file : options->files) {
+        return printAnswers(options->files, common.json, [&options](std::string const& file) {
             kit::FileGuess const guess = kit::guessColorSpace(file, !options->noFallback);
-            bool const found = !guess.colorSpace.empty();
-            code = found ? code : ExitCode::Failure;
-            if (common.json) {
-                results.push_back({{"file", file},
-                                   {"colorSpace", found ? Json(guess.colorSpace) : Json()},
-                                   {"step", kit::guessStepName(guess.step)},
-                                   {"rule", guess.rule}});
-            } else if (!found) {
-                console::error("no colour space found for '{}'", file);
-            } else {
-                console::out(options->files.size() > 1 ? file + ": " + guess.colorSpace : guess.colorSpace);
-                std::string note;
-                std::string const step = guessStep(guess, note);
-                console::note("'{}': {}{}", file, step, note.empty() ? "" : " (the file " + note + ")");
-            }
-        }
-        if (common.json) {
-            printResults(Json::array(), results);
-        }
-        return code;
+            std::string const note = kit::passedRuleText(guess);
+            Json json = {{"file", file},
+                         {"colorSpace", orNull(guess.colorSpace)},
+                         {"step", kit::guessStepName(guess.step)},
+                         {"rule", guess.rule}};
+            return Answer{json, guess.colorSpace,
+                          guess.colorSpace.empty()
+                              ? "no colour space found for '" + file + "'"
+                              : kit::guessStepText(guess) + (note.empty() ? "" : " (the file " + note + ")")};
+        });
     };
-    return {app, run, false, failed};
+    return {app, run, false, R"({"errors": [], "results": []})"};
 }
 
 } // namespace colorconfig

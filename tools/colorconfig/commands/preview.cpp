@@ -1,14 +1,6 @@
 // The `preview` subcommand: an image as an opaque 8-bit preview.
 
-#include "command.h"
-#include "console.h"
 #include "file_jobs.h"
-
-#include <verra_sdk/kit/image_operations.h>
-
-#include <CLI/CLI.hpp>
-
-#include <memory>
 
 namespace colorconfig {
 
@@ -37,11 +29,9 @@ Subcommand addPreview(CLI::App& program, CommonOptions& common)
     auto const run = [options, &common] {
         kit::BatchRequest request;
         std::string message;
-        if (!kit::previewBatch(options->from, options->to, options->files[1], options->context, request, message)) {
-            console::error("{}", message);
-            return ExitCode::Failure;
-        }
-        return runFiles({{-1, options->files[0], options->files[1]}}, request, options->batch, common, "");
+        return kit::previewBatch(options->from, options->to, options->files[1], options->context, request, message)
+                   ? runFiles({{-1, options->files[0], options->files[1]}}, request, options->batch, common, "")
+                   : failure(message);
     };
     return {app, run, false, nullptr};
 }

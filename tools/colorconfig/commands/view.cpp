@@ -1,14 +1,6 @@
 // The `view` subcommand: images through a display and view of the config.
 
-#include "command.h"
-#include "console.h"
 #include "file_jobs.h"
-
-#include <verra_sdk/kit/image_operations.h>
-
-#include <CLI/CLI.hpp>
-
-#include <memory>
 
 namespace colorconfig {
 
@@ -23,31 +15,26 @@ Subcommand addView(CLI::App& program, CommonOptions& common)
         "default view. File safety, frame patterns and --from auto as for convert.");
     struct ViewOptions {
         kit::DisplayViewRequest request;
-        bool unassociatedAlpha = false;
         std::vector<std::string> files;
         FileOptions batch;
     };
     auto options = std::make_shared<ViewOptions>();
-    app->add_option("--from", options->request.from, optionHelp("The colour space of the input pixels."))
+    app->add_option("--from", options->request.from, "The colour space of the input pixels.")
         ->option_text("NAME")
         ->required();
     addDisplayView(*app, options->request.display, options->request.view);
-    app->add_option("--look", options->request.looks, optionHelp("Looks to apply, separated by commas."))
-        ->option_text("L[,L2]");
+    app->add_option("--look", options->request.looks, "Looks to apply, separated by commas.")->option_text("L[,L2]");
     app->add_flag("--inverse", options->request.inverse,
-                  optionHelp("Take display-referred IN back to --from through the inverse of the view and looks."));
+                  "Take display-referred IN back to --from through the inverse of the view and looks.");
     addContext(*app, options->request.context);
-    addUnassociatedAlpha(*app, options->unassociatedAlpha);
     addFileOptions(*app, options->batch, common, true);
     app->add_option("IN_OUT", options->files, "The image and its result")->type_name("")->expected(2)->required();
     auto const run = [options, &common] {
         kit::BatchRequest request;
-        request.model.alphaUnassociated = options->unassociatedAlpha;
         kit::DisplayView chosen;
         std::string message;
         if (!kit::displayViewBatch(options->request, chosen, request, message)) {
-            console::error("{}", message);
-            return ExitCode::Failure;
+            return failure(message);
         }
         std::string const looks =
             (chosen.looks.empty() ? "" : ", looks " + chosen.looks) + (chosen.inverse ? ", inverted" : "");
