@@ -46,25 +46,25 @@ std::vector<std::string> numbersAsPositionals(CLI::App const& app, std::vector<s
     std::vector<std::string> options;
     std::vector<std::string> positionals;
     bool negativeNumber = false;
-    for (std::size_t i = 0; i < words.size(); ++i) {
+    double unused = 0.0;
+    std::size_t i = 0;
+    for (; i < words.size() && words[i] != "--"; ++i) {
         std::string const& word = words[i];
-        double unused = 0.0;
         bool const number = parseNumber(word, unused);
-        if (word == "--") {
-            positionals.insert(positionals.end(), words.begin() + static_cast<std::ptrdiff_t>(i) + 1, words.end());
-            break;
-        }
         if (word.size() > 1 && word[0] == '-' && !number) {
             options.push_back(word);
             CLI::Option const* option = app.get_option_no_throw(word);
             if (option != nullptr && option->get_items_expected_min() > 0 && i + 1 < words.size()) {
                 options.push_back(words[++i]);
             }
-            continue;
+        } else {
+            negativeNumber = negativeNumber || (number && word[0] == '-');
+            positionals.push_back(word);
         }
-        negativeNumber = negativeNumber || (number && word[0] == '-');
-        positionals.push_back(word);
     }
+    // Whatever follows a "--" is positional already.
+    positionals.insert(positionals.end(), words.begin() + static_cast<std::ptrdiff_t>(std::min(i + 1, words.size())),
+                       words.end());
     if (!negativeNumber) {
         return words;
     }
@@ -151,19 +151,15 @@ ExitCode usageError(std::string const& message, std::string const& command)
 
 bool parseNumber(std::string const& word, double& value)
 {
-    if (word.empty() || std::isspace(static_cast<unsigned char>(word[0])) != 0) {
-        return false;
-    }
     // Infinities and NaN are numbers too ("inf", "-inf", "nan"); an overflow
     // gives an infinity and an underflow a tiny or zero value, as strtod
-    // rounds them.
+    // rounds them. strtod would skip blanks before the number.
     char* end = nullptr;
-    double const parsed = std::strtod(word.c_str(), &end);
-    if (end != word.c_str() + word.size()) {
-        return false;
-    }
-    value = parsed;
-    return true;
+    bool const blank = word.empty() || std::isspace(static_cast<unsigned char>(word[0])) != 0;
+    double const parsed = blank ? 0.0 : std::strtod(word.c_str(), &end);
+    bool const whole = end == word.c_str() + word.size();
+    value = whole ? parsed : value;
+    return whole;
 }
 
 ExitCode runCli(std::vector<std::string> const& words)

@@ -26,11 +26,6 @@ void out(std::string const& text)
     print(text + "\n");
 }
 
-void line(std::string_view prefix, std::string const& message)
-{
-    errorText(std::string(prefix) + message + "\n");
-}
-
 void errorText(std::string const& text)
 {
     clearStatus();
@@ -60,14 +55,6 @@ void clearStatus()
     std::fputs("\r\033[K", stderr);
     std::fflush(stderr);
     s_statusShown = false;
-}
-
-ErrorLogToStderr::ErrorLogToStderr() : m_previous(orv::setErrorSink([](char const* text) { error("{}", text); }))
-{}
-
-ErrorLogToStderr::~ErrorLogToStderr()
-{
-    orv::setErrorSink(m_previous);
 }
 
 } // namespace colorconfig::console

@@ -19,26 +19,23 @@ void print(std::string const& text);
 /// Writes `line` and a line end to standard output.
 void out(std::string const& line);
 
-/// Writes `prefix`, `message` and a line end to standard error, after
+/// Writes `text` to standard error as it is (usage texts, hints), after
 /// clearing the status line and flushing standard output.
-void line(std::string_view prefix, std::string const& message);
+void errorText(std::string const& text);
 
-/// Writes "colorconfig: error: <message>" to standard error.
+/// Writes "colorconfig: error: <message>" and a line end to standard error.
 template <class... Args>
 void error(fmt::format_string<Args...> format, Args&&... args)
 {
-    line("colorconfig: error: ", fmt::format(format, std::forward<Args>(args)...));
+    errorText("colorconfig: error: " + fmt::format(format, std::forward<Args>(args)...) + "\n");
 }
 
-/// Writes "colorconfig: <message>" to standard error.
+/// Writes "colorconfig: <message>" and a line end to standard error.
 template <class... Args>
 void note(fmt::format_string<Args...> format, Args&&... args)
 {
-    line("colorconfig: ", fmt::format(format, std::forward<Args>(args)...));
+    errorText("colorconfig: " + fmt::format(format, std::forward<Args>(args)...) + "\n");
 }
-
-/// Writes `text` to standard error as it is (usage texts, hints).
-void errorText(std::string const& text);
 
 /// Replaces the status line on standard error with `text`, cut to fit an
 /// 80-column terminal. Does nothing when standard error is not a terminal
@@ -53,8 +50,8 @@ void clearStatus();
 /// when it goes.
 class ErrorLogToStderr {
 public:
-    ErrorLogToStderr();
-    ~ErrorLogToStderr();
+    ErrorLogToStderr() : m_previous(orv::setErrorSink([](char const* text) { error("{}", text); })) {}
+    ~ErrorLogToStderr() { orv::setErrorSink(m_previous); }
     ErrorLogToStderr(ErrorLogToStderr const&) = delete;
     ErrorLogToStderr& operator=(ErrorLogToStderr const&) = delete;
 

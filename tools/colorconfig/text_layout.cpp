@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace colorconfig::text {
 
@@ -46,11 +47,9 @@ std::string wrappedList(std::string const& first, std::vector<std::string> const
 std::string nameColumns(std::string const& title, std::vector<std::string> const& names)
 {
     std::string text = heading(title, names.size());
-    std::size_t widest = 0;
-    for (std::string const& name : names) {
-        widest = std::max(widest, name.size());
-    }
-    std::size_t const cell = widest + 2;
+    std::size_t const cell =
+        std::accumulate(names.begin(), names.end(), std::size_t{2},
+                        [](std::size_t most, auto const& name) { return std::max(most, name.size() + 2); });
     std::size_t const perRow = std::max<std::size_t>(1, (kLineWidth - kIndent + 2) / cell);
     for (std::size_t i = 0; i < names.size(); ++i) {
         bool const last = i + 1 == names.size() || (i + 1) % perRow == 0;
@@ -62,13 +61,12 @@ std::string nameColumns(std::string const& title, std::vector<std::string> const
 
 std::string pairColumns(std::string const& title, std::vector<std::pair<std::string, std::string>> const& pairs)
 {
-    std::size_t widest = 0;
-    for (auto const& [first, unused] : pairs) {
-        widest = std::max(widest, first.size());
-    }
+    std::size_t const width =
+        std::accumulate(pairs.begin(), pairs.end(), std::size_t{0},
+                        [](std::size_t most, auto const& pair) { return std::max(most, pair.first.size()); });
     std::string text = heading(title, pairs.size());
     for (auto const& [first, second] : pairs) {
-        text += std::string(kIndent, ' ') + (second.empty() ? first : fmt::format("{:<{}}  {}", first, widest, second));
+        text += std::string(kIndent, ' ') + (second.empty() ? first : fmt::format("{:<{}}  {}", first, width, second));
         text += "\n";
     }
     return text;
