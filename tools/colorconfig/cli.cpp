@@ -209,8 +209,7 @@ ExitCode runCli(std::vector<std::string> const& words)
         arguments.insert(arguments.begin(), command);
     }
     try {
-        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
-        program.parse(reversed);
+        program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (CLI::CallForHelp const&) {
         console::print(program.help());
         return ExitCode::Success;

@@ -9,7 +9,7 @@ namespace {
 
 /// Width of the status line: one less than the terminal's 80 columns, so
 /// that the cursor never wraps.
-constexpr std::size_t kStatusWidth = 79;
+constexpr int kStatusWidth = 79;
 
 bool s_statusShown = false;
 
@@ -40,9 +40,8 @@ void status(std::string const& text)
     if (!terminal) {
         return;
     }
-    std::string const shown = text.size() > kStatusWidth ? text.substr(0, kStatusWidth) : text;
-    // Carriage return, the text, then "erase to the end of the line".
-    std::fprintf(stderr, "\r%s\033[K", shown.c_str());
+    // Carriage return, the text cut to fit, then "erase to the end of the line".
+    std::fprintf(stderr, "\r%.*s\033[K", kStatusWidth, text.c_str());
     std::fflush(stderr);
     s_statusShown = true;
 }

@@ -8,7 +8,6 @@
 #include <fmt/format.h>
 
 #include <string>
-#include <string_view>
 
 namespace colorconfig::console {
 

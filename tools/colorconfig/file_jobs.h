@@ -7,9 +7,6 @@
 
 #include <verra_sdk/kit/image_operations.h>
 
-#include <string>
-#include <vector>
-
 namespace colorconfig {
 
 /// The options `addFileOptions` declares.

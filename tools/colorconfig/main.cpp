@@ -11,17 +11,13 @@
 
 #include <cstdio>
 #include <exception>
-#include <string>
-#include <vector>
 
 int main(int argc, char** argv)
 {
-    using colorconfig::ExitCode;
-    ExitCode code = ExitCode::Failure;
+    colorconfig::ExitCode code = colorconfig::ExitCode::Failure;
     orv::verra_sdk::kit::installWriteGuards();
     try {
-        std::vector<std::string> const words(argv + (argc > 0 ? 1 : 0), argv + argc);
-        code = colorconfig::runCli(words);
+        code = colorconfig::runCli({argv + (argc > 0 ? 1 : 0), argv + argc});
     } catch (std::exception const& exception) {
         colorconfig::console::error("{}", exception.what());
     } catch (...) {

@@ -35,13 +35,10 @@ std::string wrapped(std::string const& first, std::string_view text)
 
 std::string wrappedList(std::string const& first, std::vector<std::string> const& names)
 {
-    // A unit separator stands for the blanks inside names while the text is
-    // broken at blanks.
-    std::vector<std::string> kept;
-    for (std::string const& name : names) {
-        kept.push_back(Strutil::replace(name, " ", "\x1f", true));
-    }
-    return Strutil::replace(wrapped(first, Strutil::join(kept, ", ")), "\x1f", " ", true);
+    // A unit separator stands for the blanks inside names, and a record
+    // separator for the ", " between them, while the text is broken at blanks.
+    std::string const joined = Strutil::replace(Strutil::join(names, "\x1e"), " ", "\x1f", true);
+    return Strutil::replace(wrapped(first, Strutil::replace(joined, "\x1e", ", ", true)), "\x1f", " ", true);
 }
 
 std::string nameColumns(std::string const& title, std::vector<std::string> const& names)
