@@ -29,8 +29,7 @@ constexpr char const* kExitCodes = "Exit status:\n"
 
 /// CLI11's layout, each option's help wrapped to fit beside the option
 /// column.
-class Formatter : public CLI::Formatter {
-public:
+struct Formatter : CLI::Formatter {
     std::string make_option_desc(CLI::Option const* option) const override
     {
         return text::paragraph(option->get_description(), text::kLineWidth - kColumn);

@@ -32,10 +32,4 @@ inline void printJson(Json const& json)
     console::out(json.dump(2, ' ', false, Json::error_handler_t::replace));
 }
 
-/// `text`, or null when it is empty.
-inline Json orNull(std::string const& text)
-{
-    return text.empty() ? Json() : Json(text);
-}
-
 } // namespace colorconfig

@@ -25,7 +25,6 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
     struct ConvertOptions {
         kit::ColorTransform transform;
         std::string outDir;
-        CLI::Option* outDirOption = nullptr;
         std::vector<std::string> files;
         FileOptions batch;
     };
@@ -38,16 +37,14 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
         ->option_text("FILE");
     app->add_flag("--invert", options->transform.invert, "Apply the LUT file inverted.")->needs("--lut");
     addContext(*app, options->transform.context);
-    options->outDirOption =
-        app->add_option("--out-dir", options->outDir, "Write every output into this existing folder.")
-            ->option_text("DIR");
+    app->add_option("--out-dir", options->outDir, "Write every output into this existing folder.")->option_text("DIR");
     addFileOptions(*app, options->batch, common, true);
     app->add_option("IN_OUT|IN", options->files, "The input and output images, or the inputs")
         ->type_name("")
         ->required();
-    auto const run = [options, &common] {
+    auto const run = [app, options, &common] {
         std::vector<std::string> const& words = options->files;
-        bool const toFolder = options->outDirOption->count() > 0;
+        bool const toFolder = app->count("--out-dir") > 0;
         if (!toFolder && words.size() != 2) {
             return usageError("'convert' needs IN and OUT, or --out-dir DIR and one or more IN", "convert");
         }

@@ -24,7 +24,7 @@ Subcommand addFind(CLI::App& program, CommonOptions& common)
             kit::ResolvedName const resolved = kit::resolveColorSpace(name);
             bool const found = !resolved.name.empty();
             Json json = {{"name", name},
-                         {"colorSpace", orNull(resolved.name)},
+                         {"colorSpace", found ? Json(resolved.name) : Json()},
                          {"how", kit::nameMatchName(resolved.how)},
                          {"via", resolved.via},
                          {"closest", found ? std::vector<std::string>() : kit::closestColorSpaces(name)}};

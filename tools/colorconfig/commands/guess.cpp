@@ -29,7 +29,7 @@ Subcommand addGuess(CLI::App& program, CommonOptions& common)
             kit::FileGuess const guess = kit::guessColorSpace(file, !options->noFallback);
             std::string const note = kit::passedRuleText(guess);
             Json json = {{"file", file},
-                         {"colorSpace", orNull(guess.colorSpace)},
+                         {"colorSpace", guess.colorSpace.empty() ? Json() : Json(guess.colorSpace)},
                          {"step", kit::guessStepName(guess.step)},
                          {"rule", guess.rule}};
             return Answer{json, guess.colorSpace,
