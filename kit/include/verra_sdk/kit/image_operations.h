@@ -9,9 +9,15 @@
 //     kit::FileJob job{"render.exr", "render.png", kit::Precision::Float, false,
 //                      kit::displayViewOperation(chosen)};   // chosen by chooseDisplayView
 //
+//     kit::BatchRequest request;                              // every frame, "auto": each file's space
+//     request.files = kit::planSequence("in/plate.#.exr", "out/plate.#.png", "").files;
+//     if (kit::displayViewBatch({"auto", "", "", ""}, chosen, request, error)) kit::runBatch(request, {});
+//
 // Each operation holds copies of what it is given and may be run on many
 // images, one at a time (the module's conversions are for one thread at a
-// time). Failures are values; nothing is thrown or printed.
+// time); the batch set-ups check names against the configuration in use,
+// from one thread at a time too, and cost the check (a processor built).
+// Failures are values; nothing is thrown or printed.
 
 #include <verra_sdk/kit/batch.h>
 #include <verra_sdk/kit/color_transform.h>
