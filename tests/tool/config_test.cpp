@@ -17,6 +17,21 @@ TEST_F(ToolConfig, AConfigSetAndNotHadIsAnErrorThatJsonAndInfoStillReport)
     EXPECT_EQ(run({"find", "--config", file("none.ocio"), "linear"}), Outcome(1, "", said));
     EXPECT_EQ(run({"find", "--json", "--config", file("none.ocio"), "linear"}),
               Outcome(1, Json{{"errors", {error}}, {"results", Json::array()}}.dump(2) + "\n", said));
+    // The file subcommands print their summary, with the config's error or a name's.
+    Json const empty{{"converted", Json::array()},
+                     {"failed", Json::array()},
+                     {"missing", Json::array()},
+                     {"skipped", Json::array()}};
+    for (auto const& [config, message] :
+         {std::pair{file("none.ocio"), error}, {sampleConfig(), std::string("unknown colour space 'nope'")}}) {
+        Outcome const outcome =
+            run({"convert", "--json", "--config", config, "--from", "nope", "--to", "lin", "a", "b"});
+        Json json = Json::parse(std::get<1>(outcome));
+        EXPECT_THAT(json["errors"], ElementsAre(StartsWith(message)));
+        json.erase("errors");
+        EXPECT_EQ(json, empty);
+        EXPECT_EQ(std::get<0>(outcome), 1);
+    }
     EXPECT_THAT(
         run({"info", "--config", file("none.ocio")}),
         FieldsAre(1, AllOf(StartsWith("Errors\n  " + error + "\n\nConfig\n"), HasSubstr("\nRoles and their")), said));

@@ -19,7 +19,7 @@ void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, 
     app.add_option("--jobs", options.batch.jobs, "Files at once (default: --threads).")->option_text("N");
     app.add_option("--threads", options.batch.threads, "Threads in all (0: all cores).")->option_text("N");
     app.add_flag("--update", options.batch.update, "Convert only outputs missing or older than inputs.");
-    addJsonFlag(app, common, "Print a summary {converted, skipped, failed, missing} as JSON.");
+    addJsonFlag(app, common, "Print a summary {errors, converted, skipped, failed, missing} as JSON.");
     if (converts) {
         app.add_option("-d,--data-type", options.output.dataType, "The data type written.")
             ->check(CLI::IsMember(kit::outputDataTypes()));
@@ -29,17 +29,27 @@ void addFileOptions(CLI::App& app, FileOptions& options, CommonOptions& common, 
     app.add_option("--quality", options.output.quality, "JPEG quality.")->check(CLI::Range(1, 100));
 }
 
+ExitCode filesFailure(std::string const& message, CommonOptions const& common)
+{
+    if (common.json) {
+        Json json = Json::parse(kFilesJson);
+        json["errors"].push_back(message);
+        printJson(json);
+    }
+    return failure(message);
+}
+
 ExitCode runFiles(std::vector<kit::FramePair> const& words, kit::BatchRequest request, FileOptions const& options,
                   CommonOptions const& common, std::string const& done)
 {
     kit::SequencePlan const plan = kit::planSequences(words, options.frames);
-    Json summary = Json::parse(R"({"converted": [], "skipped": [], "failed": [], "missing": []})");
+    Json summary = Json::parse(kFilesJson);
     for (kit::SequenceGap const& gap : plan.missing) {
         console::note("warning: '{}' misses the frames {}", gap.input, kit::framesText(gap.frames));
         summary["missing"].push_back({{"input", gap.input}, {"frames", gap.frames}});
     }
     if (!plan.error.empty()) {
-        return failure(plan.error);
+        return filesFailure(plan.error, common);
     }
     request.files = plan.files;
     request.model.choices = options.output;

@@ -50,7 +50,7 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
         }
         std::error_code ignored;
         if (toFolder && !std::filesystem::is_directory(options->outDir, ignored)) {
-            return failure("output folder '" + options->outDir + "' does not exist or is not a folder");
+            return filesFailure("output folder '" + options->outDir + "' does not exist or is not a folder", common);
         }
         kit::ColorTransform const& transform = options->transform;
         if (transform.lutFile.empty() && (transform.from.empty() || transform.to.empty())) {
@@ -62,9 +62,9 @@ Subcommand addConvert(CLI::App& program, CommonOptions& common)
         std::string message;
         return kit::colorTransformBatch(transform, request, message)
                    ? runFiles(pairs, request, options->batch, common, "")
-                   : failure(message);
+                   : filesFailure(message, common);
     };
-    return {app, run, false, nullptr};
+    return {app, run, false, kFilesJson};
 }
 
 } // namespace colorconfig

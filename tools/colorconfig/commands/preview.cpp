@@ -31,9 +31,9 @@ Subcommand addPreview(CLI::App& program, CommonOptions& common)
         std::string message;
         return kit::previewBatch(options->from, options->to, options->files[1], options->context, request, message)
                    ? runFiles({{-1, options->files[0], options->files[1]}}, request, options->batch, common, "")
-                   : failure(message);
+                   : filesFailure(message, common);
     };
-    return {app, run, false, nullptr};
+    return {app, run, false, kFilesJson};
 }
 
 } // namespace colorconfig

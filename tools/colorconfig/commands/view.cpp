@@ -34,14 +34,14 @@ Subcommand addView(CLI::App& program, CommonOptions& common)
         kit::DisplayView chosen;
         std::string message;
         if (!kit::displayViewBatch(options->request, chosen, request, message)) {
-            return failure(message);
+            return filesFailure(message, common);
         }
         std::string const looks =
             (chosen.looks.empty() ? "" : ", looks " + chosen.looks) + (chosen.inverse ? ", inverted" : "");
         return runFiles({{-1, options->files[0], options->files[1]}}, request, options->batch, common,
                         " (" + chosen.display + " / " + chosen.view + looks + ")");
     };
-    return {app, run, false, nullptr};
+    return {app, run, false, kFilesJson};
 }
 
 } // namespace colorconfig
