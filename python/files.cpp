@@ -111,19 +111,16 @@ py::object convertFile(std::string const& input, std::string const& output, std:
     if (!lut && (!from || !to)) {
         throw py::value_error("convert_file() needs from_space and to_space, or lut");
     }
-    bool const automatic = from && *from == "auto";
     return callModule([&](ErrorCapture&) {
-        // With "auto", the names are checked from the scene-linear space; each file's own comes later.
-        transform.from = automatic ? "linear" : from ? resolvedColorSpace(*from) : "";
+        // "auto" stays for the batch: each file's own space comes later.
+        transform.from = from == "auto" ? "auto" : from ? resolvedColorSpace(*from) : "";
         transform.to = to ? resolvedColorSpace(*to) : "";
+        kit::BatchRequest request;
         std::string error;
-        if (!kit::chooseColorTransform(transform, error)) {
+        if (!kit::colorTransformBatch(transform, request, error)) {
             throwTransformError(error);
         }
-        kit::FileJob const model{"",    "", transform.plain() ? kit::Precision::KeepBytes : kit::Precision::Float,
-                                 false, {}, false};
-        return runFiles(input, output,
-                        {{}, automatic ? "auto" : transform.from, kit::colorTransformMaker(transform), model}, batch);
+        return runFiles(input, output, request, batch);
     });
 }
 
