@@ -10,6 +10,10 @@
 
 namespace orv::verra_sdk::kit::detail {
 
+/// Rows of an image converted at once between half and float as a file is
+/// read or written: a few OpenEXR chunks, small enough to stay in the cache.
+constexpr int kBandRows = 64;
+
 /// Converts `count` half values (their bits) at `halves` into `floats`.
 void halfToFloat(std::uint16_t const* halves, float* floats, std::size_t count);
 

@@ -18,10 +18,6 @@ namespace {
 /// unassociated with alpha, as the file stores them.
 constexpr char const* kUnassociatedAlpha = "oiio:UnassociatedAlpha";
 
-/// Rows converted at once between half and float: a few OpenEXR chunks,
-/// small enough to stay in the cache.
-constexpr int kBandRows = 64;
-
 /// True when every channel is 8-bit (`channelformats` is empty when all
 /// channels share `format`).
 bool isEightBit(OIIO::ImageSpec const& spec)
@@ -36,9 +32,9 @@ bool readHalfScanlines(OIIO::ImageInput& input, int subimage, int miplevel, floa
 {
     OIIO::ImageSpec const& spec = input.spec();
     std::size_t const rowValues = std::size_t(spec.width) * std::size_t(spec.nchannels);
-    std::vector<std::uint16_t> band(kBandRows * rowValues);
-    for (int y = spec.y; y < spec.y + spec.height; y += kBandRows) {
-        int const end = std::min(y + kBandRows, spec.y + spec.height);
+    std::vector<std::uint16_t> band(detail::kBandRows * rowValues);
+    for (int y = spec.y; y < spec.y + spec.height; y += detail::kBandRows) {
+        int const end = std::min(y + detail::kBandRows, spec.y + spec.height);
         std::size_t const values = std::size_t(end - y) * rowValues;
         if (!input.read_scanlines(subimage, miplevel, y, end, spec.z, 0, spec.nchannels, OIIO::TypeDesc::HALF,
                                   band.data())) {

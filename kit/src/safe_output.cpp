@@ -241,11 +241,10 @@ bool writePixels(OIIO::ImageOutput& output, OIIO::ImageBuf const& pixels)
         pixels.spec().height != spec.height) {
         return output.write_image(pixels.spec().format, floats);
     }
-    constexpr int kBandRows = 64;
     std::size_t const rowValues = std::size_t(spec.width) * std::size_t(spec.nchannels);
-    std::vector<std::uint16_t> band(kBandRows * rowValues);
-    for (int y = spec.y; y < spec.y + spec.height; y += kBandRows) {
-        int const end = std::min(y + kBandRows, spec.y + spec.height);
+    std::vector<std::uint16_t> band(detail::kBandRows * rowValues);
+    for (int y = spec.y; y < spec.y + spec.height; y += detail::kBandRows) {
+        int const end = std::min(y + detail::kBandRows, spec.y + spec.height);
         detail::floatToHalf(floats + std::size_t(y - spec.y) * rowValues, band.data(),
                             std::size_t(end - y) * rowValues);
         if (!output.write_scanlines(y, end, spec.z, OIIO::TypeDesc::HALF, band.data())) {
