@@ -1,6 +1,6 @@
 """Fixtures of the Python module's tests: a clean environment where no config
-is found unless a test writes one, small configs written as YAML text, and
-the colorconfig program to compare with."""
+is found unless a test writes one, the sample config the C++ tests share
+(and a broken one), and the colorconfig program to compare with."""
 import json
 import os
 import subprocess
@@ -8,19 +8,7 @@ import subprocess
 import pytest
 import verra_colorconfig as vc
 
-SAMPLE = """ocio_profile_version: 2.1
-roles: {default: lin, scene_linear: lin, color_picking: srgb_tex}
-displays:
-  Monitor: [!<View> {name: Standard, colorspace: srgb_tex}, !<View> {name: Raw, colorspace: raw}]
-looks:
-  - !<Look> {name: Bright, process_space: lin, transform: !<ExposureContrastTransform> {exposure: 1}}
-inactive_colorspaces: [old]
-colorspaces:
-  - !<ColorSpace> {name: lin, aliases: [scene]}
-  - !<ColorSpace> {name: raw, isdata: true}
-  - !<ColorSpace> {name: srgb_tex, to_scene_reference: !<ExponentWithLinearTransform> {gamma: 2.4, offset: 0.055}}
-  - !<ColorSpace> {name: old, to_scene_reference: !<ExponentTransform> {value: 1.8}}
-"""
+SAMPLE = open(os.path.join(os.path.dirname(__file__), "..", "support", "sample.ocio")).read()
 BROKEN = SAMPLE + "  - !<ColorSpace> {name: film, to_scene_reference: !<FileTransform> {src: gone.spi1d}}\n"
 PROGRAM = os.environ.get("VERRA_COLORCONFIG", "")
 

@@ -40,7 +40,7 @@ def test_check_is_the_programs(config, name):
     ("resolve_color_space", ("scene",), ("lin", "alias")),
     ("resolve_color_space", ("nope",), None),
     ("parse_color_space", ("a.PNG",), "sRGB"),
-    ("closest_color_spaces", ("srgb_te",), ["srgb_tex"]),
+    ("closest_color_spaces", ("srgb_te",), ["srgb_tex", "sRGB"]),
     ("color_route", ("lin", "srgb_tex"), "processor"),
 ])
 def test_names(config, call, args, expected):

@@ -52,9 +52,9 @@ def test_view_is_openimageios_and_looks_apply(config):
     vc.apply_view(view, "scene")
     # The look doubles scene-linear values before the view.
     vc.apply_view(bright, "lin", "Monitor", "Standard", looks=["Bright"])
-    vc.apply_view(twice, "lin")
+    vc.apply_view(twice, "lin", "Monitor", "Standard")
     np.testing.assert_allclose(bright, twice, rtol=1e-6, atol=1e-6)
-    shown = theirs("ociodisplay", PIXELS, "Monitor", "Standard", "lin", colorconfig=path)[..., :3]
+    shown = theirs("ociodisplay", PIXELS, "Monitor", "Tone", "lin", colorconfig=path)[..., :3]
     np.testing.assert_allclose(view, np.dstack([shown, PIXELS[..., 3]]), 1e-6, 1e-6)
 
 

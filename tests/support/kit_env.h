@@ -41,42 +41,12 @@ protected:
     /// The path of `name` in the test's folder.
     std::string file(std::string const& name) const { return m_env.dir().file(name); }
 
-    /// Writes a config of the colour spaces lin (aliases scene, linear_rec709),
-    /// raw, srgb_tex (the sRGB curve; alias srgb_texture), SRGB (which the
-    /// built-in sRGB hides), old (inactive) and tone (a tone-mapping display
-    /// space); the display Monitor (views Tone, Standard, Raw), the look
-    /// Bright (doubles), three roles; `extra` is appended. Returns its path.
-    /// OpenImageIO rereads no file it already holds: a changed config needs
-    /// another `name`.
+    /// Writes support/sample.ocio with `extra` appended as `name` in the test's
+    /// folder; returns its path. OpenImageIO rereads no file it already holds:
+    /// a changed config needs another `name`.
     std::string sampleConfig(std::string const& extra = "", std::string const& name = "sample.ocio") const
     {
-        return m_env.dir().write(name, R"(ocio_profile_version: 2.1
-roles: {default: lin, scene_linear: lin, color_picking: srgb_tex}
-displays:
-  Monitor: [!<View> {name: Tone, colorspace: tone}, !<View> {name: Standard, colorspace: srgb_tex},
-            !<View> {name: Raw, colorspace: raw}]
-active_displays: []
-active_views: []
-looks:
-  - !<Look>
-    name: Bright
-    process_space: lin
-    transform: !<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1]}
-inactive_colorspaces: [old]
-colorspaces:
-  - !<ColorSpace> {name: lin, aliases: [scene, linear_rec709]}
-  - !<ColorSpace> {name: raw, isdata: true}
-  - !<ColorSpace> {name: srgb_tex, aliases: [srgb_texture],
-                   to_scene_reference: !<ExponentWithLinearTransform> {gamma: 2.4, offset: 0.055}}
-  - !<ColorSpace> {name: SRGB, to_scene_reference: !<ExponentTransform> {value: 2.2}}
-  - !<ColorSpace> {name: old, to_scene_reference: !<ExponentTransform> {value: 1.8}}
-  - !<ColorSpace>
-    name: tone
-    from_scene_reference: !<GroupTransform>
-      children:
-        - !<BuiltinTransform> {style: "ACES-OUTPUT - ACES2065-1_to_CIE-XYZ-D65 - SDR-VIDEO_1.0"}
-        - !<ExponentWithLinearTransform> {gamma: 2.4, offset: 0.055, direction: inverse}
-)" + extra);
+        return m_env.dir().write(name, readFile(VERRA_TEST_SUPPORT "/sample.ocio") + extra);
     }
 
     /// sampleConfig with the space "shot", which reads $SHOT.spi1d, written with a.spi1d (which halves) and
