@@ -86,25 +86,5 @@ TEST_F(DisplayView, ChoosesAnyViewAndAppliesItsLooksAsAViewWithThemWould)
     }
 }
 
-TEST_F(DisplayView, ASharedConfigsInverseViewRoundTripsThroughOiiotool)
-{
-    std::string const cg = loadShared(kCgConfig);
-    if (cg.empty()) {
-        GTEST_SKIP() << "the shared configs are not there";
-    }
-    // Display-referred colours below the view's white, back to ACEScg and through oiiotool's forward view.
-    OIIO::ImageBuf display(OIIO::ImageSpec(16, 16, 3, OIIO::TypeDesc::FLOAT));
-    OIIO::ImageBufAlgo::noise(display, "uniform", 0.02f, 0.9f, false);
-    kit::DisplayView chosen;
-    std::string error;
-    ASSERT_TRUE(kit::chooseDisplayView({"ACEScg", "", "", "", true}, chosen, error)) << error;
-    OIIO::ImageBuf back(display);
-    ASSERT_TRUE(kit::applyDisplayView(chosen, back, error) && back.write(file("back.exr"))) << error;
-    Floats const again = oiiotool(
-        cg, file("back.exr"), "--ociodisplay:from=ACEScg 'sRGB - Display' 'ACES 1.0 - SDR Video'", file("again.exr"));
-    EXPECT_GT(largestDifference(floatsOf(back), floatsOf(display)), 0.1f);
-    EXPECT_LT(largestDifference(again, floatsOf(display)), 5e-3f);
-}
-
 } // namespace
 } // namespace verra_test

@@ -46,26 +46,16 @@ TEST_F(LutBake, BakedFilesApplyAsTheTransformWithinTheErrorTheyReport)
         // Saturated colours far from grey are where a cube strays most.
         {"tone.csp", {"linear", "", "", "", "", "log"}, "hdr.exr", "--ociodisplay:from=lin Monitor Tone", 0.35},
     };
-    auto const expectWithinReport = [this](std::string const& colorConfig, Case const& c) {
+    for (Case const& c : cases) {
         kit::BakeReport report;
         std::string error;
         ASSERT_TRUE(kit::bakeLut(c.bake, file(c.out), report, error)) << error;
         EXPECT_LT(report.largestError, c.bound) << c.out;
-        Floats const exact = oiiotool(colorConfig, file(c.input), c.reference, file("exact.exr"));
+        Floats const exact = oiiotool(config, file(c.input), c.reference, file("exact.exr"));
         Floats const baked =
-            oiiotool(colorConfig, file(c.input), "--ociofiletransform '" + file(c.out) + "'", file("baked.exr"));
+            oiiotool(config, file(c.input), "--ociofiletransform '" + file(c.out) + "'", file("baked.exr"));
         EXPECT_GT(largestDifference(exact, floatsOf(readImage(file(c.input)))), 0.1f) << c.out;
         EXPECT_LE(largestDifference(baked, exact), 2 * report.largestError + 1e-5) << c.out;
-    };
-    for (Case const& c : cases) {
-        expectWithinReport(config, c);
-    }
-    // A shared config's default view of HDR input through a 65-cube with a log shaper, when the folder is there.
-    if (std::string const cg = loadShared(kCgConfig); !cg.empty()) {
-        kit::LutBake bake{"ACEScg", "", "", "", "", "ACEScct"};
-        bake.size = 65;
-        expectWithinReport(
-            cg, {"cg.clf", bake, "hdr.exr", "--ociodisplay:from=ACEScg 'sRGB - Display' 'ACES 1.0 - SDR Video'", 0.3});
     }
 }
 
