@@ -43,6 +43,7 @@ TEST_F(ColorTransform, LooksLutFilesAndContextApplyAsOiiotoolAppliesThem)
         {{"lin", "shot"}, "cannot convert from 'lin' to 'shot': The specified file reference '$SHOT.spi1d'"},
         {{"", "", "", file("sample.ocio")}, "cannot read the LUT file '" + file("sample.ocio") + "': "},
         {{"lin", "", "", lut}, "a LUT file is applied alone, without colour spaces or looks"},
+        {{"lin", "raw", "Dim"}, "unknown look 'Dim'; the config's looks: 'Bright'"},
     };
     for (auto const& [request, message] : refused) {
         kit::ColorTransform transform = request;

@@ -42,13 +42,5 @@ TEST_F(GuessColorSpace, TellsTheStepThatAnswered)
     EXPECT_EQ(guessed("shot_plate.exr", false), (Names{"", "none", "", ""}));
 }
 
-TEST(GuessText, SaysTheStepAndTheRulePassedOver)
-{
-    kit::FileGuess const guess{"raw", kit::GuessStep::NameSearch, "R", "x", false};
-    EXPECT_THAT((Names{kit::guessStepText(guess), kit::passedRuleText(guess)}),
-                ElementsAre("name search", "rule 'R' names 'x'"));
-    EXPECT_EQ(kit::guessStepText({"lin", kit::GuessStep::FileRule, "R", "lin", false}), "file rule 'R'");
-}
-
 } // namespace
 } // namespace verra_test

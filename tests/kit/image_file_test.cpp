@@ -14,18 +14,6 @@ namespace {
 
 using ImageFile = KitTest;
 
-TEST_F(ImageFile, FormatsFollowTheExtension)
-{
-    for (auto const& [path, format, bytes] : {std::tuple{"a.png", "png", true},
-                                              {"dir.exr/b.EXR", "openexr", false},
-                                              {"c.hdr", "hdr", false},
-                                              {"d.pngx", "", true},
-                                              {"png", "", true}}) {
-        EXPECT_EQ(kit::formatForPath(path), format) << path;
-        EXPECT_EQ(kit::formatStoresBytes(format), bytes) << path;
-    }
-}
-
 TEST_F(ImageFile, ReadsEveryImageAtItsPrecisionWithItsAlpha)
 {
     writeNoise(file("a8.png"), 4, 4, T::UINT8);

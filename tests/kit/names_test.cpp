@@ -62,13 +62,5 @@ TEST_F(ColorSpaceNames, InactiveOnceInConfigOrderHiddenAndRoles)
     EXPECT_THAT(kit::rolesWithSpaces(), ElementsAre(FieldsAre("data", "Rec709x"), FieldsAre("scene_linear", "ACEScg")));
 }
 
-TEST(ResolvedNameText, SaysHowTheNameWasFound)
-{
-    EXPECT_EQ(kit::resolvedNameText({"lin", kit::NameMatch::Role, "scene_linear"}), "role scene_linear → 'lin'");
-    EXPECT_EQ(kit::resolvedNameText({"Rec709", kit::NameMatch::BuiltInIsolated, ""}),
-              "built-in, converts only to the other built-ins under this config");
-    EXPECT_EQ(kit::resolvedNameText({"lin", kit::NameMatch::Listed, ""}), "");
-}
-
 } // namespace
 } // namespace verra_test

@@ -28,16 +28,6 @@ protected:
         return orv::verra_sdk::kit::loadConfig(requested);
     }
 
-    /// Loads the shared config `relative` (see sharedFile); gives its path, or "" when it is not there.
-    static std::string loadShared(std::string const& relative)
-    {
-        std::string const file = sharedFile(relative);
-        if (!file.empty()) {
-            EXPECT_THAT(load(file).errors, IsEmpty()) << file;
-        }
-        return file;
-    }
-
     /// The path of `name` in the test's folder.
     std::string file(std::string const& name) const { return m_env.dir().file(name); }
 

@@ -126,10 +126,6 @@ TEST_F(ToolFiles, ColourOperationsRefuseBadInputWritingNothing)
          "no LUT format writes '.icc' files; the formats: flame (.3dl), lustre (.3dl), "},
         {{"bake", "--config", config, "--from", "lin", "--to", "srgb_tex", "--size", "1", file("x.cube")},
          "the cube size must be from 2 to 129, not 1\n"},
-        {{"bake", "--config", config, "--from", "lin", "--display", "TV", file("x.cube")},
-         "unknown display 'TV'; the config's displays: 'Monitor'\n"},
-        {{"convert", "--config", config, "--from", "lin", "--to", "raw", "--look", "Dim", in, out},
-         "unknown look 'Dim'; the config's looks: 'Bright'\n"},
         {{"view", "--config", config, "--from", "lni", "--inverse", "--context", "SHOT=a", in, out},
          "unknown colour space 'lni'; closest: 'lin'"},
     };
