@@ -53,28 +53,6 @@ colorspaces:
     EXPECT_TRUE(report.broken());
     EXPECT_THAT(report.fileNames, IsSupersetOf({FieldsAre("plate.dpx", Field(&kit::FileGuess::colorSpace, "lutlin")),
                                                 FieldsAre("photo.jpg", Field(&kit::FileGuess::colorSpace, "sRGB"))}));
-
-    // Context variables decide which files a space needs: $SHOT.spi1d exists for SHOT=a only.
-    m_env.dir().write("a.spi1d", "Version 1\nFrom 0 1\nLength 2\nComponents 1\n{\n0\n0.5\n}\n");
-    ASSERT_THAT(load(sampleConfig("  - !<ColorSpace> {name: shot, to_scene_reference: "
-                                  "!<FileTransform> {src: $SHOT.spi1d}}\n"))
-                    .errors,
-                IsEmpty());
-    for (kit::ContextVariables const& context : {kit::ContextVariables(), {{"SHOT", "c"}}}) {
-        kit::CheckReport const missing = kit::checkConfig(context);
-        EXPECT_THAT(missing.colorSpaces, ElementsAre(failure("shot", "$SHOT.spi1d")));
-        EXPECT_THAT(missing.status.warnings, ElementsAre(HasSubstr("'$SHOT.spi1d' could not be located")));
-    }
-    // OpenColorIO's own validation still fails on a context variable: the environment does the same.
-    EXPECT_THAT(kit::checkConfig({{"SHOT", "a"}}),
-                FieldsAre(Field(&kit::ConfigStatus::warnings, IsEmpty()), true, "Config failed sanitycheck.", IsEmpty(),
-                          IsEmpty(), IsEmpty(), _, _, _, _, _, _, _, _));
-    EXPECT_THAT(kit::configStatus().warnings, SizeIs(1));
-
-    ASSERT_THAT(load(sampleConfig()).errors, IsEmpty());
-    kit::CheckReport const fine = kit::checkConfig();
-    EXPECT_FALSE(fine.broken());
-    EXPECT_EQ((Names{fine.defaultDisplay, fine.defaultView}), (Names{"Monitor", "Tone"}));
 }
 
 } // namespace

@@ -1,6 +1,6 @@
-"""Fixtures of the Python module's tests: a clean environment where no config
-is found unless a test writes one, the sample config the C++ tests share
-(and a broken one), and the colorconfig program to compare with."""
+# Fixtures of the Python module's tests: a clean environment where no config
+# is found unless a test writes one, the sample config the C++ tests share
+# (and a broken one), and the colorconfig program to compare with.
 import json
 import os
 import subprocess
@@ -22,7 +22,7 @@ def clean_env(tmp_path, monkeypatch):
 
 @pytest.fixture
 def config(tmp_path):
-    """Writes a config and loads it (in a test's own folder: OpenImageIO rereads no file it holds)."""
+    # Writes a config and loads it (in a test's own folder: OpenImageIO rereads no file it holds).
     def write(text=SAMPLE):
         (tmp_path / "sample.ocio").write_text(text)
         assert vc.load_ocio_config(str(tmp_path / "sample.ocio")).startswith("Using specified OCIO config")
@@ -31,7 +31,7 @@ def config(tmp_path):
 
 
 def program_json(*args):
-    """The JSON that `colorconfig ARGS --json` prints; the test skips without the program."""
+    # The JSON that `colorconfig ARGS --json` prints; the test skips without the program.
     if not PROGRAM:
         pytest.skip("the colorconfig program is not built")
     run = subprocess.run([PROGRAM, *args, "--json"], capture_output=True, text=True)

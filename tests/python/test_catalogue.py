@@ -1,4 +1,4 @@
-"""The catalogue, names and checks, against the colorconfig program's JSON."""
+# The catalogue, names and checks, against the colorconfig program's JSON.
 import glob
 import os
 

@@ -1,4 +1,4 @@
-"""Image files: the same files as the program writes, and its file safety."""
+# Image files: the same files as the program writes, and its file safety.
 import os
 import subprocess
 

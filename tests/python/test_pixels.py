@@ -1,5 +1,5 @@
-"""Colours against the program, pixel arrays against OpenImageIO's own
-binding, and failures raised with the module's line, which stays off stderr."""
+# Colours against the program, pixel arrays against OpenImageIO's own
+# binding, and failures raised with the module's line, which stays off stderr.
 import numpy as np
 import OpenImageIO as oiio
 import pytest
@@ -17,7 +17,7 @@ def test_colour_is_the_programs(config, src, dst, rgba):
 
 
 def theirs(operation, pixels, *args, out=None, **config):
-    """`pixels` through OpenImageIO's own ImageBufAlgo `operation`, colours not divided by alpha."""
+    # `pixels` through OpenImageIO's own ImageBufAlgo `operation`, colours not divided by alpha.
     kind = "uint8" if pixels.dtype == np.uint8 else "float"
     buf = oiio.ImageBuf(oiio.ImageSpec(pixels.shape[1], pixels.shape[0], pixels.shape[2], kind))
     buf.set_pixels(oiio.ROI(), pixels)

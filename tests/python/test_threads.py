@@ -1,5 +1,5 @@
-"""Eight threads converting and querying at once give what the same calls
-give one after another."""
+# Eight threads converting and querying at once give what the same calls
+# give one after another.
 from concurrent.futures import ThreadPoolExecutor
 
 import numpy as np
