@@ -45,6 +45,7 @@ TEST(Path, ExtJoinNormalizedAndHomeExpansion)
              {ext("/d.d/f", true), ""},
              {Path::join({"/u/.config/verra", "ocio.txt"}), "/u/.config/verra/ocio.txt"},
              {Path::join({"/a/", "/b"}), "/a/b"},
+             {Path::join({"a/", "b", "/c"}), "a/b/c"},
              {Path::join({"", "a", "", "b"}), "a/b"},
              {Path(String("../a/./b/../c"), true).normalized(), "../a/c"},
              {Path(String("/x//y"), true).normalized(), "/x/y"},
