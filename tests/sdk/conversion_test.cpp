@@ -173,7 +173,8 @@ void expectEveryPairLikeColorconvert()
 class Tables : public SdkTest {
 protected:
     /// Loads a config without "sRGB" of "lin", "linear" (an identity here) and "curve" (the sRGB curve), "lut" (a 1D
-    /// LUT file), "scaled" (a matrix of a factor a channel, one negative) and "mixed" (a matrix with crosstalk).
+    /// LUT file), "scaled" (a matrix of a factor a channel, one negative), "mixed" (a matrix with crosstalk) and
+    /// "steep" (a power of 16: near 1, one table bucket of floats spans several bytes).
     void loadTableConfig()
     {
         env.dir().write("curve.spi1d", "Version 1\nFrom 0 1\nLength 5\nComponents 1\n{\n0\n0.3\n0.45\n0.8\n1\n}\n");
@@ -181,6 +182,7 @@ protected:
   - !<ColorSpace> {name: lut, from_scene_reference: !<FileTransform> {src: curve.spi1d}}
   - !<ColorSpace> {name: scaled, from_scene_reference: !<MatrixTransform> {matrix: [2, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1]}}
   - !<ColorSpace> {name: mixed, from_scene_reference: !<MatrixTransform> {matrix: [0.6, 0.3, 0.1, 0, 0.2, 0.7, 0.1, 0, 0.1, 0.1, 0.8, 0, 0, 0, 0, 1]}}
+  - !<ColorSpace> {name: steep, from_scene_reference: !<ExponentTransform> {value: 16}}
 )",
                    "tables.ocio");
     }
@@ -343,7 +345,8 @@ TEST_F(Buffers, SmallAndLargeBuffersGiveColorconvertsBitsForEveryFloat)
     }
     // A config without "sRGB": the empty name still means it, and OpenImageIO still has a processor for it.
     loadTableConfig();
-    for (auto const& [to, tables] : {std::pair{"lut", true}, {"curve", true}, {"scaled", false}, {"mixed", false}}) {
+    for (auto const& [to, tables] :
+         {std::pair{"lut", true}, {"curve", true}, {"steep", true}, {"scaled", false}, {"mixed", false}}) {
         expectBuffersLikeColorconvert(to, 1024, 1024, tables);
     }
     for (char const* name : {"curve", "linear", ""}) {
