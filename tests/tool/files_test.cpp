@@ -59,7 +59,7 @@ TEST_F(ToolFiles, OutputChoicesGiveOiiotoolsPixelsAndTypes)
         {"in.exr", "--dither", "--dither -d uint8", "x.png", TypeDesc::UINT8},
         {"in.exr", "--quality 40", "--compression jpeg:40", "x.jpg", TypeDesc::UINT8},
         {"in.png", "-d float", "-d float", "x.tif", TypeDesc::FLOAT},
-        {"in.png", "-d uint10", "-d uint10", "x.png", TypeDesc::UINT16},
+        {"in.png", "-d uint10", "-d uint10", "x.tif", TypeDesc::UINT16},
     };
     for (auto const& [in, ours, theirs, out, type] : cases) {
         std::filesystem::remove_all(file("a"));
