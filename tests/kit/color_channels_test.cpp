@@ -4,8 +4,6 @@
 
 #include <verra_sdk/kit/color_channels.h>
 
-#include <numeric>
-
 namespace verra_test {
 namespace {
 
@@ -65,62 +63,6 @@ TEST_F(ColorChannels, FindsAndConvertsTheStraightColourOfTheColourChannelsOnly)
     std::string error;
     ASSERT_TRUE(kit::colorChannelsOf(level, packed, error)) << error;
     EXPECT_THAT(floatsOf(packed), ElementsAre(.3f, .2f, .1f));
-}
-
-TEST_F(ColorChannels, FailuresSayWhy)
-{
-    std::tuple<Names, T, char const*, char const*, char const*> const cases[] = {
-        {{"X", "Y", "A", "Z"}, T::FLOAT, "sRGB", "linear", "the image has no colour channels (R, G and B, or grey)"},
-        {{"R", "G", "B"}, T::FLOAT, "nope", "linear", "cannot convert from 'nope' to 'linear' with this config"},
-        {{"R", "G", "B", "A"}, T::FLOAT, "linear", "nope", "the conversion failed"},
-        {{"R", "G", "B"}, T::UINT8, "sRGB", "nope", "the conversion failed"},
-    };
-    LogCapture log;
-    for (auto const& [names, type, from, to, message] : cases) {
-        kit::ImageLevel level = levelOf(names, Floats(names.size(), 0.5f), type);
-        std::string error;
-        EXPECT_FALSE(kit::convertLevel(level, from, to, error));
-        EXPECT_EQ(error, message);
-        EXPECT_EQ(level.fileSpec.get_string_attribute("oiio:ColorSpace"), "");
-    }
-    auto const refuse = [](OIIO::ImageBuf&, std::string& reason) { return (reason = "no").empty(); };
-    for (Names const& names : {Names{"R", "G", "B", "A"}, Names{"B", "G", "R", "A"}}) {
-        kit::ImageLevel level = levelOf(names, {0.5f, 0.5f, 0.5f, 0.5f}, T::FLOAT, true);
-        std::string error;
-        EXPECT_FALSE(kit::transformColorChannels(level, refuse, error));
-        EXPECT_EQ(error, "no");
-    }
-}
-
-TEST_F(ColorChannels, OperationsGetTheColourChannelsAndAlphaPacked)
-{
-    // Channels `names` holding 1, 2, 3...; the operation sees `seen` and writes 10, 20 and 30 as R, G and B,
-    // on the level itself when `inPlace`.
-    std::tuple<Names, Floats, Floats, bool> const cases[] = {
-        {{"R", "G", "B", "A"}, {1, 2, 3, 4}, {10, 20, 30, 4}, true},
-        {{"R", "A", "B", "G"}, {1, 4, 3, 2}, {10, 2, 30, 20}, false},
-        {{"G", "B", "R"}, {3, 1, 2}, {20, 30, 10}, false},
-        {{"A", "b", "g", "r"}, {4, 3, 2, 1}, {1, 30, 20, 10}, false},
-        {{"R", "G", "B", "Z"}, {1, 2, 3}, {10, 20, 30, 4}, false},
-    };
-    for (auto const& [names, expectedSeen, out, expectedInPlace] : cases) {
-        Floats in(names.size());
-        std::iota(in.begin(), in.end(), 1.0f);
-        kit::ImageLevel level = levelOf(names, in);
-        Floats seen;
-        bool inPlace = false;
-        auto const mark = [&](OIIO::ImageBuf& packed, std::string&) {
-            seen = floatsOf(packed);
-            inPlace = &packed == &level.pixels;
-            return OIIO::ImageBufAlgo::fill(packed, {10.0f, 20.0f, 30.0f}, OIIO::ROI(0, 1, 0, 1, 0, 1, 0, 3));
-        };
-        std::string error;
-        SCOPED_TRACE(OIIO::Strutil::join(names, ","));
-        ASSERT_TRUE(kit::transformColorChannels(level, mark, error)) << error;
-        EXPECT_EQ(seen, expectedSeen);
-        EXPECT_EQ(floatsOf(level.pixels), out);
-        EXPECT_EQ(inPlace, expectedInPlace);
-    }
 }
 
 } // namespace

@@ -65,28 +65,5 @@ TEST_F(ImageOperations, PreviewTargetsHoldEightBits)
     EXPECT_THAT(error, HasSubstr("nothing"));
 }
 
-TEST_F(ImageOperations, BatchesAreSetUpFromTheNamesTyped)
-{
-    ASSERT_THAT(load(sampleConfig()).errors, IsEmpty());
-    kit::BatchRequest request;
-    kit::DisplayView chosen;
-    std::string error;
-    auto const made = [&] { return std::tuple(request.from, request.model.precision, request.model.firstImageOnly); };
-    EXPECT_TRUE(kit::colorTransformBatch({"scene", "srgb_texture"}, request, error));
-    EXPECT_THAT(made(), FieldsAre("lin", kit::Precision::KeepBytes, false));
-    // "auto" stays, for each file's own colour space; the other names are checked from linear.
-    EXPECT_TRUE(kit::displayViewBatch({"auto", "", "standard", ""}, chosen, request, error));
-    EXPECT_THAT(std::tuple(made(), chosen.view),
-                FieldsAre(FieldsAre("auto", kit::Precision::Float, false), "Standard"));
-    request.model.precision = kit::Precision::KeepBytes;
-    EXPECT_TRUE(kit::previewBatch("scene", "srgb_texture", file("p.png"), {}, request, error));
-    EXPECT_THAT(made(), FieldsAre("lin", kit::Precision::Float, true));
-    // A refused batch leaves the request as it was.
-    EXPECT_FALSE(kit::previewBatch("auto", "srgb_texture", file("p.exr"), {}, request, error));
-    EXPECT_EQ(error,
-              "cannot write '" + file("p.exr") + "': a preview is 8-bit, and openexr files do not hold 8-bit values");
-    EXPECT_THAT(made(), FieldsAre("lin", kit::Precision::Float, true));
-}
-
 } // namespace
 } // namespace verra_test

@@ -54,28 +54,6 @@ def test_files_refused(config, png, tmp_path, dst, src, error, message):
     assert sorted(os.listdir(tmp_path)) == before
 
 
-def test_sequences_are_the_programs_and_name_every_failure(config, png, tmp_path):
-    if not PROGRAM:
-        pytest.skip("the colorconfig program is not built")
-    path = config()
-    tagged = oiio.ImageBuf(png)
-    tagged.specmod().attribute("oiio:ColorSpace", "srgb_tex")
-    for frame in (7, 8, 10):
-        assert tagged.write(str(tmp_path / f"in.{frame:04d}.png"))
-    (tmp_path / "in.0011.png").write_bytes(b"not a png")
-    ours, theirs = str(tmp_path / "ours.%02d.exr"), str(tmp_path / "theirs.%02d.exr")
-    with pytest.raises(OSError, match=r"^cannot read '.*in\.0011\.png': .*$"):
-        vc.convert_file(str(tmp_path / "in.#.png"), ours, "auto", "lin", data_type="half")
-    subprocess.run([PROGRAM, "convert", "--config", path, "--frames", "7-10x3,8", "-d", "half", "--from", "auto",
-                    "--to", "lin", str(tmp_path / "in.#.png"), theirs], check=True)
-    assert vc.convert_file(str(tmp_path / "in.#.png"), ours, "auto", "lin", frames="7-10x3,8", update=True,
-                           data_type="half") == {"converted": [], "skipped": [ours % 7, ours % 10, ours % 8],
-                                                 "missing": []}
-    for frame in (7, 8, 10):
-        assert pixels_and_space(ours % frame) == pixels_and_space(theirs % frame)
-        assert oiio.ImageBuf(ours % frame).spec().format == "half"
-
-
 def test_bake_is_the_programs(config, tmp_path):
     path = config()
     ours = vc.bake_lut(str(tmp_path / "ours.cube"), "lin", display="Monitor", looks="Bright", size=17)

@@ -1,4 +1,4 @@
-// The command line: usage errors and help.
+// The command line: usage errors and the help they name.
 
 #include "tool_test.h"
 
@@ -26,17 +26,6 @@ TEST_F(ToolCli, UsageErrorsExitWithTwoAndNameTheHelpToRead)
                                       "colorconfig: error: " + std::string(error) + "\nRun 'colorconfig " + help +
                                           "--help' for more.\n"));
     }
-}
-
-TEST_F(ToolCli, HelpFitsEightyColumnsAndEndsWithTheExitCodes)
-{
-    for (Words const& words : {Words{"--help"}, Words{"help", "view"}}) {
-        Outcome const help = run(words);
-        EXPECT_THAT(help, FieldsAre(0, EndsWith("malformed\n     argument.\n"), IsEmpty()));
-        EXPECT_THAT(Strutil::splits(std::get<1>(help), "\n"), Each(SizeIs(Le(79u))));
-    }
-    EXPECT_EQ(run({"help", "convert"}), run({"convert", "--help"}));
-    EXPECT_EQ(run({"--version"}), Outcome(0, "colorconfig " VERRA_VERSION "\n", ""));
 }
 
 } // namespace

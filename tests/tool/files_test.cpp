@@ -1,12 +1,11 @@
-// convert, view and preview refuse an output that would replace an input or
-// an earlier output, and take --unassociated-alpha; bake reports what it
-// measured, and every colour operation refuses bad input writing nothing.
+// The file options: output choices against oiiotool's, --unassociated-alpha,
+// a sequence's progress and summary, and colour operations that refuse bad
+// input writing nothing.
 
 #include "tool_test.h"
 
 #include <nlohmann/json.hpp>
 
-#include <cstdlib>
 #include <filesystem>
 
 namespace verra_test {
@@ -14,30 +13,6 @@ namespace {
 
 using OIIO::TypeDesc;
 using ToolFiles = ToolTest;
-
-TEST_F(ToolFiles, NoOutputReplacesAnInputOrAnEarlierOutput)
-{
-    for (char const* folder : {"a", "b", "out"}) {
-        std::filesystem::create_directories(file(folder));
-    }
-    std::string const a = file("a/x.png");
-    writeNoise(a, 8, 3, TypeDesc::UINT8);
-    std::filesystem::copy_file(a, file("b/x.png"));
-    std::string const before = readFile(a);
-    std::tuple<Words, std::string, std::string> const cases[] = {
-        {{"--out-dir", file("out"), a, file("b/x.png")},
-         a + " -> " + file("out/x.png") + "\n",
-         "'" + file("out/x.png") + "' was already written by an earlier input; '" + file("b/x.png") + "' is skipped"},
-        {{"--out-dir", file("a"), a}, "", "'" + a + "' would replace its own input; choose another output"},
-        {{"--out-dir", file("no"), a}, "", "output folder '" + file("no") + "' does not exist or is not a folder"},
-    };
-    for (auto const& [tail, out, err] : cases) {
-        Words words{"convert", "--from", "linear", "--to", "sRGB"};
-        words.insert(words.end(), tail.begin(), tail.end());
-        EXPECT_EQ(run(words), Outcome(1, out, "colorconfig: error: " + err + "\n"));
-    }
-    EXPECT_EQ(readFile(a), before);
-}
 
 TEST_F(ToolFiles, UnassociatedAlphaChangesHowColoursAreRead)
 {
@@ -100,18 +75,6 @@ TEST_F(ToolFiles, SequencesShowProgressOnlyOnATerminalAndSummariseInJson)
               "'" + file("out.10.tif") + "' is not older than '" + file("in.10.png") + "'");
 }
 
-TEST_F(ToolFiles, BakeReportsTheFormatAndItsError)
-{
-    auto const [code, out, err] =
-        run({"bake", "--config", sampleConfig(), "--from", "srgb_texture", "--to", "lin", "--json", file("a.clf")});
-    ASSERT_EQ(code, 0) << err;
-    nlohmann::json const json = nlohmann::json::parse(out);
-    EXPECT_EQ(json["format"], "Academy/ASC Common LUT Format");
-    EXPECT_LT(json["largest_error"].get<double>(), 1e-5);
-    EXPECT_THAT(err,
-                StartsWith("colorconfig: '" + file("a.clf") + "' (Academy/ASC Common LUT Format): largest error "));
-}
-
 TEST_F(ToolFiles, ColourOperationsRefuseBadInputWritingNothing)
 {
     std::string const config = sampleConfig(), in = file("in.exr"), out = file("out.exr");
@@ -135,19 +98,6 @@ TEST_F(ToolFiles, ColourOperationsRefuseBadInputWritingNothing)
         EXPECT_THAT(err, StartsWith("colorconfig: error: " + message));
     }
     EXPECT_THAT(entriesOf(m_env.dir().path()), Not(Contains(AnyOf("out.exr", "x.icc", "x.cube"))));
-}
-
-TEST_F(ToolFiles, ContextVariablesOfColorAndPreviewActAsTheEnvironment)
-{
-    // The space "shot" reads $SHOT.spi1d: a.spi1d halves; without the variable there is no such file.
-    Words const args{shotConfig(), file("in.exr")};
-    writeNoise(args[1], 8, 3, TypeDesc::FLOAT);
-    std::string const color = "\"$1\" color --config \"$2\" --from shot --to linear 0.25 0.5 0.75";
-    EXPECT_EQ(shell(color + " --context SHOT=a", args), Outcome(0, "0.125 0.25 0.375\n", ""));
-    std::string const preview = "\"$1\" preview --config \"$2\" --from shot --to srgb_tex \"$3\" \"$3.";
-    EXPECT_EQ(std::get<0>(shell(preview + "arg.png\" --context SHOT=a", args)), 0);
-    EXPECT_EQ(std::get<0>(shell("SHOT=a " + preview + "env.png\"", args)), 0);
-    EXPECT_EQ(readFile(args[1] + ".arg.png"), readFile(args[1] + ".env.png"));
 }
 
 } // namespace

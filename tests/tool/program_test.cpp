@@ -43,31 +43,5 @@ TEST_F(ToolProgram, WriteErrorsAndKillsLeaveTheOldOutput)
     }
 }
 
-TEST_F(ToolProgram, AKilledSequenceLeavesWholeFramesAndTheNextRunEndsIt)
-{
-    for (int frame = 1; frame <= 12; ++frame) {
-        writeNoise(file("in." + std::to_string(frame) + ".exr"), 384, 4, OIIO::TypeDesc::FLOAT);
-    }
-    std::string const convert = "\"$1\" convert --from linear --to sRGB --jobs 2 \"$2\"/in.%d.exr \"$2\"/";
-    ASSERT_EQ(std::get<0>(shell(convert + "ref.%d.exr", {m_env.dir().path()})), 0);
-    // Killed once its second frame is in place, others being written.
-    Outcome const killed = shell(convert + "out.%d.exr >/dev/null & pid=$!; until [ -e \"$2\"/out.2.exr ]; do :; "
-                                           "done; kill -9 $pid; wait $pid",
-                                 {m_env.dir().path()});
-    EXPECT_EQ(std::get<0>(killed), 128 + 9);
-    for (int pass = 0; pass < 2; ++pass) {
-        for (int frame = 1; frame <= 12; ++frame) {
-            std::string const out = file("out." + std::to_string(frame) + ".exr");
-            if (pass == 1 || std::filesystem::exists(out)) {
-                EXPECT_EQ(readFile(out), readFile(file("ref." + std::to_string(frame) + ".exr"))) << out;
-            }
-        }
-        ASSERT_EQ(std::get<0>(shell(convert + "out.%d.exr --update", {m_env.dir().path()})), 0);
-    }
-    for (std::string const& name : entriesOf(m_env.dir().path())) {
-        EXPECT_FALSE(Strutil::ends_with(name, ".tmp")) << name;
-    }
-}
-
 } // namespace
 } // namespace verra_test
