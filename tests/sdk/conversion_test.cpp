@@ -181,6 +181,9 @@ TEST_F(Images, ConversionsGiveColorconvertsBytes)
     if (loadShared("imageworks-nuke-default/config.ocio")) {
         expectEveryPairLikeColorconvert();
     }
+    // Images without pixels: nothing to convert (colorconvert would die on a width of 0).
+    EXPECT_TRUE(ColorConfig::transform(Image::create(0, 5), "linear", "sRGB"));
+    EXPECT_TRUE(ColorConfig::transform(Image::create(5, 0), "sRGB", "linear"));
     EXPECT_EQ(log.lines(), Lines{});
 }
 
